@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "Networking/Export.h"
+#include "Networking/Response.h"
+#include "Networking/Types.h"
+
+namespace Ostrel::Networking {
+
+/// An HTTP client. Every operation blocks the calling thread until the transfer has ended; failures
+/// of the transfer are values in `Response::error`. All clients and adapters of this library are
+/// safe to call from several threads, as far as the callbacks of the `Options` are.
+class QORNETWORKING_EXPORT IHttpClient {
+public:
+    virtual ~IHttpClient() = default;
+
+    /// Performs a GET.
+    [[nodiscard]] virtual Response get(Request const& request, Options const& options) = 0;
+
+    /// Performs a HEAD.
+    [[nodiscard]] virtual Response head(Request const& request, Options const& options) = 0;
+
+    /// Performs a POST of the bytes of `body` as they are. Its media type is the caller's header
+    /// "Content-Type".
+    [[nodiscard]] virtual Response post(Request const& request, std::string const& body,
+                                        Options const& options) = 0;
+
+    /// Performs a POST of a multipart form.
+    [[nodiscard]] virtual Response post(Request const& request, MultiPart const& multiPart,
+                                        Options const& options) = 0;
+};
+
+}  // namespace Ostrel::Networking

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "Networking/Types.h"
+
+namespace Ostrel::Networking {
+
+/// How a transfer ended. An HTTP error status is a completed transfer, so it comes with `Ok`.
+enum class ErrorCode : std::int32_t {
+    Ok = 0,                          ///< Completed; see `Response::statusCode`.
+    ConnectionFailure = 1,           ///< No connection could be made.
+    EmptyResponse = 2,               ///< The server sent nothing.
+    HostResolutionFailure = 3,       ///< The host name could not be resolved.
+    InternalError = 4,               ///< Failure in the transport; broken messages, too.
+    InvalidUrlFormat = 5,            ///< The transport rejected the URL.
+    NetworkReceiveError = 6,         ///< Failure while receiving.
+    NetworkSendFailure = 7,          ///< Failure while sending.
+    OperationTimedOut = 8,           ///< Out of time, or too slow for too long.
+    ProxyResolutionFailure = 9,      ///< The proxy's name could not be resolved.
+    SslConnectError = 10,            ///< The TLS handshake failed.
+    SslLocalCertificateError = 11,   ///< Problem with the local client certificate.
+    SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
+    GenericSslError = 13,            ///< Any other TLS failure.
+    UnsupportedProtocol = 14,        ///< The transport does not support the scheme.
+    RequestCancelled = 15,           ///< Ended by `Options::isCancelled`.
+    TooManyRedirects = 16,           ///< More redirects than allowed.
+    UnknownError = 1000,             ///< Any other failure of the transport.
+    NotPerformed = 1001,             ///< Nothing was sent.
+};
+
+/// Outcome of a transfer.
+struct Error {
+    ErrorCode code = ErrorCode::NotPerformed;
+    /// The transport's own text for the failure; may be empty.
+    std::string message;
+};
+
+/// The answer to one call. Look at `error` first: a failed transfer may carry a status code and a
+/// part of a body.
+struct Response {
+    /// HTTP status code of the final response; 0 if there was none.
+    std::int32_t statusCode = 0;
+    /// Empty if `Options::onData` took it.
+    std::string body;
+    /// Name to value, of the final response.
+    std::map<std::string, std::string, CaseInsensitiveCompare> headers;
+    /// Cookies that the server set during the call, name to value. Domain, path, expiry and flags
+    /// are not kept.
+    std::map<std::string, std::string> cookies;
+    Error error;
+    /// The status line of the final response, as in "HTTP/1.1 200 OK".
+    std::string statusLine;
+    /// The reason phrase of the status line.
+    std::string reason;
+};
+
+}  // namespace Ostrel::Networking

@@ -1,0 +1,204 @@
+#include "Networking/UrlParser.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace Ostrel::Networking {
+
+namespace {
+
+// Independent of the locale, unlike the functions of the C library.
+constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool isWord(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '_';
+}
+constexpr bool isItemSeparator(char c) { return c == '?' || c == '&' || c == ';'; }
+constexpr bool isRunEnd(char c) { return c == ':' || c == '/' || c == '?'; }
+
+template <typename Predicate>
+std::size_t skipWhile(std::string_view text, std::size_t from, Predicate predicate) {
+    while (from < text.size() && predicate(text[from])) {
+        ++from;
+    }
+    return from;
+}
+
+std::size_t runEnd(std::string_view text, std::size_t from) {
+    return skipWhile(text, from, [](char c) { return !isRunEnd(c); });
+}
+
+/// Takes the scheme and "://" off `rest`.
+bool takeProtocol(std::string_view& rest, UrlComponents& url) {
+    auto const end = skipWhile(rest, 0, isWord);
+    if (end == 0 || rest.substr(end, 3) != "://") {
+        return false;
+    }
+    url.protocol = rest.substr(0, end);
+    rest.remove_prefix(end + 3);
+    return true;
+}
+
+/// Takes the fragment off the end of `rest`. No other component may hold a "#", so the first one
+/// starts the fragment.
+bool takeAnchor(std::string_view& rest, UrlComponents& url) {
+    auto const hash = rest.find('#');
+    if (hash == std::string_view::npos) {
+        return true;
+    }
+    url.anchor = rest.substr(hash + 1);
+    rest = rest.substr(0, hash);
+    return url.anchor.find_first_of("#:/?") == std::string_view::npos;
+}
+
+/// What follows a user info: host, port, path and query. Each of the questions below is answered in
+/// constant time after one look at the text, so that trying every "@" stays linear.
+class Tail {
+public:
+    explicit Tail(std::string_view text)
+        : text_(text), queryStart_(findQueryStart(text)), questionMark_(text.find('?')) {}
+
+    /// Where the longest host that starts before `runEnd`, in the run of host characters that ends
+    /// there, can end such that the rest matches; `npos` if it can't.
+    [[nodiscard]] std::size_t hostEnd(std::size_t runStart, std::size_t runEnd) const {
+        if (canFollowHost(runEnd)) {
+            return runEnd;
+        }
+        // A shorter host leaves an item of the query behind itself, the last one that starts in the
+        // run.
+        for (auto i = runEnd; i > std::max(runStart, queryStart_); --i) {
+            if (isItemSeparator(text_[i - 1])) {
+                return i - 1;
+            }
+        }
+        return std::string_view::npos;
+    }
+
+    /// Splits what follows a host that ends at `from`, one of the ends that `hostEnd` gives.
+    void split(std::size_t from, UrlComponents& url) const {
+        auto const afterPort = portEnd(from);
+        auto const query = pathEnd(afterPort);
+        url.port = text_.substr(from, afterPort - from);
+        if (!url.port.empty()) {
+            url.port.remove_prefix(1);
+        }
+        url.path = text_.substr(afterPort, query - afterPort);
+        url.query = text_.substr(query);
+    }
+
+private:
+    /// The earliest position from which well-formed items reach up to the end. Items start at
+    /// separators and hold none, so every separator behind that position starts well-formed items,
+    /// too, and none before it does.
+    static std::size_t findQueryStart(std::string_view text) {
+        auto start = text.size();
+        std::size_t equalSigns = 0;
+        for (auto i = text.size(); i > 0; --i) {
+            auto const c = text[i - 1];
+            if (c == '/') {
+                break;
+            }
+            if (c == '=') {
+                ++equalSigns;
+            } else if (isItemSeparator(c)) {
+                if (equalSigns != 1 || text[i] == '=') {
+                    break;
+                }
+                start = i - 1;
+                equalSigns = 0;
+            }
+        }
+        return start;
+    }
+
+    [[nodiscard]] bool canFollowHost(std::size_t from) const {
+        auto const query = pathEnd(portEnd(from));
+        return query == text_.size() || (isItemSeparator(text_[query]) && query >= queryStart_);
+    }
+
+    /// Past ":" and digits, or `from` if there are none.
+    [[nodiscard]] std::size_t portEnd(std::size_t from) const {
+        if (from == text_.size() || text_[from] != ':') {
+            return from;
+        }
+        auto const end = skipWhile(text_, from + 1, isDigit);
+        return end == from + 1 ? from : end;
+    }
+
+    /// A path reaches up to the first "?". It need not give an item back to the query: if the items
+    /// fail from "?" on, they fail from any earlier separator.
+    [[nodiscard]] std::size_t pathEnd(std::size_t from) const {
+        if (from == text_.size() || text_[from] != '/') {
+            return from;
+        }
+        return std::min(questionMark_, text_.size());
+    }
+
+    std::string_view text_;
+    std::size_t queryStart_;
+    std::size_t questionMark_;
+};
+
+constexpr bool isHost(std::string_view text) { return text.size() >= 2 && isWord(text.front()); }
+
+/// The last "@" at or behind `from` that a host follows which reaches up to `hostEnd`; `npos` if
+/// there is none.
+std::size_t findAt(std::string_view text, std::size_t from, std::size_t hostEnd) {
+    if (hostEnd != std::string_view::npos) {
+        for (auto i = hostEnd; i > from; --i) {
+            if (text[i - 1] == '@' && isHost(text.substr(i, hostEnd - i))) {
+                return i - 1;
+            }
+        }
+    }
+    return std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<UrlComponents> parseUrl(std::string_view text) noexcept {
+    UrlComponents url;
+    if (!takeProtocol(text, url) || !takeAnchor(text, url)) {
+        return std::nullopt;
+    }
+    Tail const tail(text);
+    auto const finish = [&](std::size_t hostStart, std::size_t hostEnd) {
+        url.host = text.substr(hostStart, hostEnd - hostStart);
+        tail.split(hostEnd, url);
+        return url;
+    };
+
+    // The pattern prefers a user that is as long as possible, and an "@" that comes as late as
+    // possible. So the order is: an "@" in the password, which is the run behind the first ":",
+    // then an "@" in the first run, then no user info.
+    auto const firstEnd = runEnd(text, 0);
+    if (firstEnd > 0 && text.substr(firstEnd, 1) == ":") {
+        auto const password = firstEnd + 1;
+        auto const hostEnd = tail.hostEnd(password, runEnd(text, password));
+        auto const at = findAt(text, password, hostEnd);
+        if (at != std::string_view::npos) {
+            url.user = text.substr(0, firstEnd);
+            url.password = text.substr(password, at - password);
+            return finish(at + 1, hostEnd);
+        }
+    }
+    auto const hostEnd = tail.hostEnd(0, firstEnd);
+    auto const at = findAt(text, 1, hostEnd);
+    if (at != std::string_view::npos) {
+        url.user = text.substr(0, at);
+        return finish(at + 1, hostEnd);
+    }
+    if (hostEnd == std::string_view::npos || !isHost(text.substr(0, hostEnd))) {
+        return std::nullopt;
+    }
+    return finish(0, hostEnd);
+}
+
+QueryItem takeQueryItem(std::string_view& query) noexcept {
+    auto const equals = query.find('=');
+    auto const end = skipWhile(query, equals, [](char c) { return !isItemSeparator(c); });
+    QueryItem const item{query.substr(1, equals - 1), query.substr(equals + 1, end - equals - 1)};
+    query.remove_prefix(end);
+    return item;
+}
+
+}  // namespace Ostrel::Networking

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+/// An HTTP server inside this process, on a free port of 127.0.0.1, with a few resources for the
+/// demo to ask for.
+class DemoServer {
+public:
+    /// Size of the resource "/download", in bytes.
+    static constexpr std::size_t DOWNLOAD_SIZE = 48'000'000;
+
+    DemoServer();
+    ~DemoServer();
+    DemoServer(DemoServer const&) = delete;
+    DemoServer& operator=(DemoServer const&) = delete;
+
+    /// The URL of a resource; `path` starts with "/".
+    [[nodiscard]] std::string url(std::string const& path) const;
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> impl_;
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+#include <Networking/Response.h>
+
+/// The enumerator's name.
+std::string nameOf(Ostrel::Networking::ErrorCode code);
+
+/// Status, outcome and sizes of `response` on one line.
+std::string summaryOf(Ostrel::Networking::Response const& response);

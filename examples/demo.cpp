@@ -1,0 +1,186 @@
+// Walks through the library against a server inside this process, or fetches the URL given as
+// argument.
+
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include <Networking/CreateHttpClient.h>
+
+#include "examples/DemoServer.h"
+#include "examples/Printing.h"
+#include "examples/ProgressBar.h"
+
+using namespace Ostrel::Networking;
+
+namespace {
+
+constexpr std::int64_t MILLISECOND = 1000;
+constexpr std::int64_t SECOND = 1000 * MILLISECOND;
+
+Options defaultOptions() {
+    Options options;
+    options.timeout = 60 * SECOND;
+    options.followRedirects = true;
+    options.maxRedirects = 5;
+    options.progressInterval = 5 * MILLISECOND;
+    return options;
+}
+
+/// The walk: every step prints what was asked and what came back, and remembers whether it was as
+/// expected.
+class Walk {
+public:
+    void step(std::string const& asked, Response const& response, ErrorCode code, int statusCode) {
+        check(asked, response, code, statusCode, true);
+    }
+
+    /// As `step`, with one more thing that must hold.
+    void check(std::string const& asked, Response const& response, ErrorCode code, int statusCode,
+               bool holds) {
+        std::cout << ++count_ << ". " << asked << "\n   " << summaryOf(response) << '\n';
+        if (!response.body.empty() && response.body.size() < 1000) {
+            std::cout << "   | " << indented(response.body) << '\n';
+        }
+        if (response.error.code != code || response.statusCode != statusCode || !holds) {
+            std::cout << "   UNEXPECTED: wanted status " << statusCode << ", outcome "
+                      << nameOf(code) << '\n';
+            ++failures_;
+        }
+    }
+
+    [[nodiscard]] int failures() const { return failures_; }
+
+private:
+    static std::string indented(std::string text) {
+        text.erase(text.find_last_not_of('\n') + 1);
+        for (auto at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+            text.insert(at + 1, "   | ");
+        }
+        return text;
+    }
+
+    int count_ = 0;
+    int failures_ = 0;
+};
+
+void showOperations(Walk& walk, IHttpClient& client, DemoServer const& server) {
+    Request greeting;
+    greeting.url = server.url("/greeting?name=Ada");
+    greeting.url.addParameter("topic", "looms & engines");
+    greeting.headers = {{"X-Colour", "green"}};
+    greeting.cookies = {{"session", "42"}};
+    walk.step("GET with query parameters, a header and a cookie",
+              client.get(greeting, defaultOptions()), ErrorCode::Ok, 200);
+    walk.step("HEAD of the same", client.head(greeting, defaultOptions()), ErrorCode::Ok, 200);
+
+    Request note;
+    note.url = server.url("/notes");
+    note.headers = {{"Content-Type", "application/json"}};
+    walk.step("POST of a string", client.post(note, R"({"text":"hi"})", defaultOptions()),
+              ErrorCode::Ok, 201);
+
+    Request form;
+    form.url = server.url("/form");
+    MultiPart const fields{{{"name", "Ada", ""},
+                            {"about", "{}", "application/json"},
+                            {"letter", "Dear all", "text/plain"}}};
+    walk.step("POST of a form of three parts", client.post(form, fields, defaultOptions()),
+              ErrorCode::Ok, 200);
+
+    note.url = server.url("/moved");
+    walk.step("POST that is redirected", client.post(note, "moved", defaultOptions()),
+              ErrorCode::Ok, 201);
+}
+
+void showDownloads(Walk& walk, IHttpClient& client, DemoServer const& server) {
+    Request request;
+    request.url = server.url("/download");
+    std::size_t received = 0;
+    auto options = defaultOptions();
+    options.onData = [&received](std::string chunk) { received += chunk.size(); };
+
+    {
+        ProgressBar bar;
+        int reports = 0;
+        options.onProgress = [&](std::int64_t downloaded, std::int64_t total) {
+            ++reports;
+            bar.show(downloaded, total);
+        };
+        auto const response = client.get(request, options);
+        walk.check("GET of a large resource, streamed: " + std::to_string(received) +
+                       " bytes in pieces, " + std::to_string(reports) + " reports of progress",
+                   response, ErrorCode::Ok, 200, received == DemoServer::DOWNLOAD_SIZE);
+    }
+
+    received = 0;
+    options.onProgress = nullptr;
+    options.isCancelled = [&received] { return received > DemoServer::DOWNLOAD_SIZE / 2; };
+    auto const response = client.get(request, options);
+    walk.check("The same, cancelled midway, after " + std::to_string(received) + " bytes", response,
+               ErrorCode::RequestCancelled, 200, received < DemoServer::DOWNLOAD_SIZE);
+}
+
+void showFailures(Walk& walk, IHttpClient& client, DemoServer const& server) {
+    Request request;
+    request.url = server.url("/silence");
+    auto options = defaultOptions();
+    options.timeout = 200 * MILLISECOND;
+    walk.step("GET of a resource that never answers, within 200 ms", client.get(request, options),
+              ErrorCode::OperationTimedOut, 0);
+
+    request.url = DemoServer().url("/");  // That server is gone when the URL is asked for.
+    walk.step("GET from a port where nobody listens", client.get(request, defaultOptions()),
+              ErrorCode::ConnectionFailure, 0);
+
+    request.url = std::string("not a URL");
+    walk.step("GET of a URL that is not valid", client.get(request, defaultOptions()),
+              ErrorCode::NotPerformed, 0);
+}
+
+int walkThrough() {
+    DemoServer const server;
+    auto const client = createHttpClient(HttpClientType::Cpr);
+    Walk walk;
+    showOperations(walk, *client, server);
+    showDownloads(walk, *client, server);
+    showFailures(walk, *client, server);
+    std::cout << (walk.failures() == 0 ? "All as expected.\n" : "Not all as expected.\n");
+    return walk.failures() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+int fetch(std::string const& url) {
+    Request request;
+    request.url = url;
+    std::size_t received = 0;
+    auto const response = [&] {
+        ProgressBar bar;
+        auto options = defaultOptions();
+        options.onData = [&](std::string chunk) { received += chunk.size(); };
+        options.onProgress = [&](std::int64_t now, std::int64_t total) { bar.show(now, total); };
+        return createHttpClient(HttpClientType::Cpr)->get(request, options);
+    }();
+
+    if (response.error.code != ErrorCode::Ok) {
+        std::cerr << "demo: " << nameOf(response.error.code) << ": "
+                  << (request.url.isValid() ? response.error.message : "not a URL: " + url) << '\n';
+        return EXIT_FAILURE;
+    }
+    std::cout << response.statusLine << '\n';
+    for (auto const& [name, value] : response.headers) {
+        std::cout << name << ": " << value << '\n';
+    }
+    std::cout << received << " bytes\n";
+    return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc > 2) {
+        std::cerr << "usage: demo [URL]\n";
+        return 2;
+    }
+    return argc == 2 ? fetch(argv[1]) : walkThrough();
+}

@@ -1,0 +1,52 @@
+#include "tests/Support/LocalServer.h"
+
+#include <chrono>
+#include <utility>
+
+namespace Ostrel::Networking::Testing {
+
+LocalServer::LocalServer(Handler handler) : handler_(std::move(handler)) {
+    auto const answer = [this](httplib::Request const& request, httplib::Response& response) {
+        {
+            std::lock_guard const lock(mutex_);
+            requests_.push_back(request);
+        }
+        handler_(request, response);
+    };
+    server_.Get(".*", answer);
+    server_.Post(".*", answer);
+    server_.set_keep_alive_max_count(1);
+    port_ = server_.bind_to_any_port("127.0.0.1");
+    thread_ = std::thread([this] { server_.listen_after_bind(); });
+    while (!server_.is_running()) {
+        std::this_thread::yield();
+    }
+}
+
+LocalServer::~LocalServer() {
+    release();
+    server_.stop();
+    thread_.join();
+}
+
+std::string LocalServer::url(std::string const& path) const {
+    return "http://127.0.0.1:" + std::to_string(port_) + path;
+}
+
+std::vector<httplib::Request> LocalServer::requests() const {
+    std::lock_guard const lock(mutex_);
+    return requests_;
+}
+
+void LocalServer::stall() {
+    std::unique_lock lock(mutex_);
+    released_.wait_for(lock, std::chrono::seconds(20), [this] { return isReleased_; });
+}
+
+void LocalServer::release() {
+    std::lock_guard const lock(mutex_);
+    isReleased_ = true;
+    released_.notify_all();
+}
+
+}  // namespace Ostrel::Networking::Testing
