@@ -47,7 +47,7 @@ void DemoServer::Impl::addResources() {
     server.Get("/download", [](httplib::Request const&, httplib::Response& response) {
         response.set_content_provider(DOWNLOAD_SIZE, "application/octet-stream",
                                       [](std::size_t, std::size_t length, httplib::DataSink& sink) {
-                                          static std::string const PIECE(64 * 1024, 'x');
+                                          static std::string const PIECE(65'536, 'x');
                                           return sink.write(PIECE.data(),
                                                             std::min(length, PIECE.size()));
                                       });

@@ -99,7 +99,7 @@ void showDownloads(Walk& walk, IHttpClient& client, DemoServer const& server) {
     request.url = server.url("/download");
     std::size_t received = 0;
     auto options = defaultOptions();
-    options.onData = [&received](std::string chunk) { received += chunk.size(); };
+    options.onData = [&received](std::string const& chunk) { received += chunk.size(); };
 
     {
         ProgressBar bar;
@@ -157,7 +157,7 @@ int fetch(std::string const& url) {
     auto const response = [&] {
         ProgressBar bar;
         auto options = defaultOptions();
-        options.onData = [&](std::string chunk) { received += chunk.size(); };
+        options.onData = [&](std::string const& chunk) { received += chunk.size(); };
         options.onProgress = [&](std::int64_t now, std::int64_t total) { bar.show(now, total); };
         return createHttpClient(HttpClientType::Cpr)->get(request, options);
     }();

@@ -8,7 +8,8 @@
 namespace Ostrel::Networking::Compatibility {
 namespace {
 
-/// The outcomes of libcpr 1.9.
+/// The outcomes of libcpr 1.9, under its names.
+// NOLINTBEGIN(readability-identifier-naming)
 enum class GroupedOutcome {
     OK = 0,
     CONNECTION_FAILURE,
@@ -30,6 +31,7 @@ enum class GroupedOutcome {
     TOO_MANY_REDIRECTS,
     UNKNOWN_ERROR = 1000,
 };
+// NOLINTEND(readability-identifier-naming)
 
 /// What `errorCodeOf` gives, or -1 with the fixed message.
 template <typename Outcome>

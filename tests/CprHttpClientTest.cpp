@@ -235,7 +235,7 @@ TEST(CprHttpClientTest, StreamsTheBodyAndReportsProgress) {
     std::string received;
     std::vector<std::int64_t> reports;
     auto options = patient();
-    options.onData = [&received](std::string chunk) { received += chunk; };
+    options.onData = [&received](std::string const& chunk) { received += chunk; };
     options.onProgress = [&](std::int64_t downloaded, std::int64_t total) {
         EXPECT_EQ(total, static_cast<std::int64_t>(body.size()));
         reports.push_back(downloaded);
@@ -335,6 +335,7 @@ TEST(CprHttpClientTest, ServesSeveralThreads) {
     });
     CprHttpClient client;
     std::vector<std::thread> threads;
+    threads.reserve(8);
     for (int thread = 0; thread < 8; ++thread) {
         threads.emplace_back([&, thread] {
             for (int i = 0; i < 20; ++i) {

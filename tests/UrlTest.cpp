@@ -19,9 +19,9 @@ using Parameters = std::map<std::string, std::string>;
 template <typename... Components>
 std::string describe(Parameters const& parameters, Components const&... components) {
     std::string text;
-    ((text += "[" + components + "]"), ...);
+    ((text.append("[").append(components).append("]")), ...);
     for (auto const& [name, value] : parameters) {
-        text += "{" + name + "=" + value + "}";
+        text.append("{").append(name).append("=").append(value).append("}");
     }
     return text;
 }
