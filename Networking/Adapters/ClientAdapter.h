@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "Networking/Export.h"
+#include "Networking/IHttpClient.h"
+
+namespace Ostrel::Networking {
+
+/// Base of the adapters, which add one behaviour to an inner client: routes all four operations
+/// through `perform`, so that the behaviour is written once. Shares ownership of the inner client.
+/// Immutable after construction, so as safe to call from several threads as the inner client is.
+/// Throws what the inner client throws.
+class QORNETWORKING_EXPORT ClientAdapter : public IHttpClient {
+public:
+    Response get(Request const& request, Options const& options) final;
+    Response head(Request const& request, Options const& options) final;
+    Response post(Request const& request, std::string const& body, Options const& options) final;
+    Response post(Request const& request, MultiPart const& multiPart, Options const& options) final;
+
+protected:
+    /// The caller's operation, body included, ready to be applied to a client.
+    using Operation = std::function<Response(IHttpClient&, Request const&, Options const&)>;
+
+    explicit ClientAdapter(std::shared_ptr<IHttpClient> const& client);
+
+    /// The inner client; may be called only if the one given to the constructor was not empty.
+    [[nodiscard]] IHttpClient& client() const { return *client_; }
+
+private:
+    /// Runs one call.
+    virtual Response perform(Request const& request, Options const& options,
+                             Operation const& operation) = 0;
+
+    std::shared_ptr<IHttpClient> client_;
+};
+
+}  // namespace Ostrel::Networking

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "Networking/Adapters/ClientAdapter.h"
+#include "Networking/Export.h"
+
+namespace Ostrel::Networking {
+
+/// One attempt of a call.
+struct Retry {
+    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout`.
+    std::int64_t timeout = 0;
+    /// The client that performs the attempt, shared; empty for the inner client of the adapter.
+    std::shared_ptr<IHttpClient> client;
+};
+
+/// Repeats a call that ends as `ErrorCode::OperationTimedOut`, and on no other outcome, along a
+/// plan with one entry for each attempt, the first included. The next attempt starts at once; the
+/// response of the last one is returned as it is. Everything is repeated: a POST is sent again, and
+/// `Options::onData` and `Options::onProgress` are called from the start again, so a sink must cope
+/// with pieces of an attempt that failed.
+class QORNETWORKING_EXPORT RetriesAdapter final : public ClientAdapter {
+public:
+    /// Shares ownership of `client`, which may be empty if every entry names a client of its own.
+    /// Throws `std::runtime_error` if `retries` is empty.
+    RetriesAdapter(std::shared_ptr<IHttpClient> const& client, std::vector<Retry> const& retries);
+
+private:
+    Response perform(Request const& request, Options const& options,
+                     Operation const& operation) override;
+
+    std::vector<Retry> retries_;
+};
+
+}  // namespace Ostrel::Networking

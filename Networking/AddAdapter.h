@@ -1,0 +1,33 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "Networking/Adapters/CookieJarAdapter.h"
+#include "Networking/Adapters/ForceProtocolAdapter.h"
+#include "Networking/Adapters/RetriesAdapter.h"
+#include "Networking/CookieJar/ICookieJar.h"
+#include "Networking/Export.h"
+#include "Networking/IHttpClient.h"
+#include "Ostrel/NotNull.h"
+
+/// The factories of the adapters. Each wraps a client, of which the adapter shares ownership, and
+/// gives the adapter, which the caller owns and can wrap again. `NotNull` throws
+/// `std::invalid_argument` if the client is empty.
+namespace Ostrel::Networking {
+
+/// Wraps `client` so that it remembers cookies in `jar`, whose ownership is shared; an empty `jar`
+/// gives the adapter one of its own.
+[[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addCookieJarAdapter(
+    NotNull<std::shared_ptr<IHttpClient>> const& client, std::shared_ptr<ICookieJar> const& jar);
+
+/// Wraps `client` so that calls which time out are repeated along `retries`.
+/// Throws `std::runtime_error` if `retries` is empty.
+[[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addRetriesAdapter(
+    NotNull<std::shared_ptr<IHttpClient>> const& client, std::vector<Retry> const& retries);
+
+/// Wraps `client` so that every request goes out with the protocol that `settings` names.
+[[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addForceProtocolAdapter(
+    NotNull<std::shared_ptr<IHttpClient>> const& client, ForceProtocolSettings settings);
+
+}  // namespace Ostrel::Networking
