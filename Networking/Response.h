@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <string>
 
+#include "Networking/Export.h"
 #include "Networking/Types.h"
 
 namespace Ostrel::Networking {
@@ -55,6 +57,16 @@ struct Response {
     std::string statusLine;
     /// The reason phrase of the status line.
     std::string reason;
+
+    /// The time in the header "Last-Modified", in seconds since the Unix epoch; 0 if there is no
+    /// such header, or if the transfer failed. HTTP dates are in GMT (RFC 9110, section 5.6.7), but
+    /// the fields are read as standard local time, as the C library has no portable way to read
+    /// them otherwise. So set the time zone of the process to UTC for the true instant; in any
+    /// other zone the result is off by the zone's offset without daylight saving. A malformed date
+    /// gives what `mktime` makes of the fields up to the fault. Names of months and days are those
+    /// of the global locale at the time of the call. Safe to call from several threads while
+    /// neither locale nor zone changes.
+    [[nodiscard]] QORNETWORKING_EXPORT std::time_t getLastModified() const;
 };
 
 }  // namespace Ostrel::Networking

@@ -1,12 +1,28 @@
 #include "examples/DemoServer.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <ctime>
 #include <future>
+#include <iomanip>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
 #include <httplib.h>
+
+namespace {
+
+/// As in RFC 9110, section 5.6.7.
+std::string httpDate(std::time_t time) {
+    std::tm fields{};
+    std::ostringstream text;
+    text << std::put_time(gmtime_r(&time, &fields), "%a, %d %b %Y %T GMT");
+    return text.str();
+}
+
+}  // namespace
 
 struct DemoServer::Impl {
     httplib::Server server;
@@ -14,6 +30,7 @@ struct DemoServer::Impl {
     std::thread thread;
     std::promise<void> stop;
     std::shared_future<void> stopped = stop.get_future().share();
+    std::atomic<int> flakyRequests{0};
 
     void addResources();
 };
@@ -51,6 +68,22 @@ void DemoServer::Impl::addResources() {
                                           return sink.write(PIECE.data(),
                                                             std::min(length, PIECE.size()));
                                       });
+    });
+    server.Post("/login", [](httplib::Request const&, httplib::Response& response) {
+        response.set_header("Set-Cookie", "session=ada");
+        response.set_content("Welcome\n", "text/plain");
+    });
+    server.Get("/profile", [](httplib::Request const& request, httplib::Response& response) {
+        auto const isKnown = request.get_header_value("Cookie") == "session=ada;";
+        response.status = isKnown ? 200 : 403;
+        response.set_content(isKnown ? "Your profile\n" : "Log in first\n", "text/plain");
+    });
+    server.Get("/flaky", [this](httplib::Request const&, httplib::Response& response) {
+        if (++flakyRequests < 3) {
+            stopped.wait_for(std::chrono::seconds(1));
+        }
+        response.set_header("Last-Modified", httpDate(std::time(nullptr) - 3600));
+        response.set_content("Here at last\n", "text/plain");
     });
     server.Get("/silence", [this](httplib::Request const&, httplib::Response&) {
         stopped.wait_for(std::chrono::seconds(30));

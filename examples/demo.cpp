@@ -3,9 +3,12 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <string>
+#include <vector>
 
+#include <Networking/AddAdapter.h>
 #include <Networking/CreateHttpClient.h>
 
 #include "examples/DemoServer.h"
@@ -139,6 +142,33 @@ void showFailures(Walk& walk, IHttpClient& client, DemoServer const& server) {
               ErrorCode::NotPerformed, 0);
 }
 
+void showChain(Walk& walk, DemoServer const& server) {
+    auto const plan = std::vector<Retry>{
+        {200 * MILLISECOND, nullptr}, {400 * MILLISECOND, nullptr}, {10 * SECOND, nullptr}};
+    auto const chain = addRetriesAdapter(
+        addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), nullptr), plan);
+    Request request;
+    request.url = server.url("/profile");
+    walk.step("GET of a page for users, through retries over cookies, before the login",
+              chain->get(request, defaultOptions()), ErrorCode::Ok, 403);
+    request.url = server.url("/login");
+    walk.step("POST that logs in", chain->post(request, "ada", defaultOptions()), ErrorCode::Ok,
+              200);
+    request.url = server.url("/profile");
+    walk.step("GET of the page again", chain->get(request, defaultOptions()), ErrorCode::Ok, 200);
+
+    std::string timeouts;
+    for (auto const& retry : plan) {
+        timeouts += " " + std::to_string(retry.timeout / MILLISECOND) + " ms";
+    }
+    request.url = server.url("/flaky");
+    auto const response = chain->get(request, defaultOptions());
+    auto const age = std::time(nullptr) - response.getLastModified();
+    walk.check("GET of a resource that answers in time at the third attempt, after" + timeouts,
+               response, ErrorCode::Ok, 200, age >= 3600 && age < 3700);
+    std::cout << "   Last modified " << age << " seconds ago\n";
+}
+
 int walkThrough() {
     DemoServer const server;
     auto const client = createHttpClient(HttpClientType::Cpr);
@@ -146,6 +176,7 @@ int walkThrough() {
     showOperations(walk, *client, server);
     showDownloads(walk, *client, server);
     showFailures(walk, *client, server);
+    showChain(walk, server);
     std::cout << (walk.failures() == 0 ? "All as expected.\n" : "Not all as expected.\n");
     return walk.failures() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
@@ -178,6 +209,8 @@ int fetch(std::string const& url) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    // Response::getLastModified reads its fields as local time; HTTP dates are in GMT.
+    setenv("TZ", "UTC0", 1);
     if (argc > 2) {
         std::cerr << "usage: demo [URL]\n";
         return 2;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -11,6 +10,7 @@
 
 #include "Networking/Cpr/CprHttpClient.h"
 #include "tests/Support/LocalServer.h"
+#include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -18,22 +18,8 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using Testing::LocalServer;
+using Testing::operations;
 using ::testing::Pair;
-
-using Call = std::function<Response(IHttpClient&, Request const&, Options const&)>;
-
-/// The four operations by their method.
-std::vector<std::pair<std::string, Call>> operations() {
-    return {
-        {"GET", [](auto& client, auto& request, auto& o) { return client.get(request, o); }},
-        {"HEAD", [](auto& client, auto& request, auto& o) { return client.head(request, o); }},
-        {"POST", [](auto& client, auto& request, auto& o) { return client.post(request, "b", o); }},
-        {"POST",
-         [](auto& client, auto& request, auto& o) {
-             return client.post(request, MultiPart{{{"n", "v", ""}}}, o);
-         }},
-    };
-}
 
 /// Long enough for a busy machine, short enough to end a test that hangs.
 Options patient() {
@@ -63,8 +49,8 @@ TEST(CprHttpClientTest, SendsUrlHeadersAndCookiesWithEveryOperation) {
     request.headers = {{"X-One", "1"}};
     request.cookies = {{"b", "2 3"}, {"a", "\"quoted\""}};
 
-    for (auto const& [method, call] : operations()) {
-        SCOPED_TRACE(method);
+    for (auto const& [name, method, call] : operations()) {
+        SCOPED_TRACE(name);
         CprHttpClient client;
         auto const response = call(client, request, patient());
 
@@ -319,10 +305,10 @@ TEST(CprHttpClientTest, DoesNotSendARequestWithoutAValidUrl) {
     options.isCancelled = [] { return ADD_FAILURE(), true; };
     options.onData = [](std::string const&) { ADD_FAILURE(); };
     options.onProgress = [](std::int64_t, std::int64_t) { ADD_FAILURE(); };
-    for (auto const& [method, call] : operations()) {
+    for (auto const& [name, method, call] : operations()) {
         CprHttpClient client;
         auto const response = call(client, requestFor("no URL"), options);
-        EXPECT_EQ(response.error.code, ErrorCode::NotPerformed) << method;
+        EXPECT_EQ(response.error.code, ErrorCode::NotPerformed) << name;
         EXPECT_EQ(response.error.message, "");
         EXPECT_EQ(response.statusCode, 0);
         EXPECT_THAT(response.headers, IsEmpty());

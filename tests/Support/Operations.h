@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "Networking/IHttpClient.h"
+
+namespace Ostrel::Networking::Testing {
+
+inline std::string const BODY = "bo\ndy";
+inline MultiPart const FORM{{{"name", "value", "text/plain"}, {"other", "", ""}}};
+
+/// One of the four operations, with `BODY` or `FORM` where it takes one.
+struct Operation {
+    std::string name;
+    std::string method;
+    std::function<Response(IHttpClient&, Request const&, Options const&)> call;
+};
+
+inline std::vector<Operation> operations() {
+    return {
+        {"get", "GET", [](auto& client, auto& request, auto& o) { return client.get(request, o); }},
+        {"head", "HEAD",
+         [](auto& client, auto& request, auto& o) { return client.head(request, o); }},
+        {"post body", "POST",
+         [](auto& client, auto& request, auto& o) { return client.post(request, BODY, o); }},
+        {"post form", "POST",
+         [](auto& client, auto& request, auto& o) { return client.post(request, FORM, o); }},
+    };
+}
+
+}  // namespace Ostrel::Networking::Testing
