@@ -1,6 +1,11 @@
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <random>
 #include <string>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include <gmock/gmock.h>
 
@@ -64,6 +69,58 @@ TEST(ChainTest, RemembersCookiesOverAttemptsThatTimeOut) {
         EXPECT_EQ(requests[i].path, "/late");
         EXPECT_EQ(requests[i].get_header_value("Cookie"), "sid=7;");
     }
+}
+
+TEST(ChainTest, ServesManyThreadsWhileTheJarIsEditedAndCallsAreCancelled) {
+    constexpr int THREADS = 16;
+    constexpr int CALLS = 25;
+    Testing::LocalServer server([](auto const& request, auto& response) {
+        response.set_header("Set-Cookie", "last=" + request.path.substr(1));
+        response.set_content(request.path, "text/plain");
+    });
+    auto const jar = std::make_shared<CookieJar>();
+    auto const chain = addRetriesAdapter(
+        addCookieJarAdapter(addForceProtocolAdapter(createHttpClient(HttpClientType::Cpr),
+                                                    ForceProtocolSettings::Http),
+                            jar),
+        {{5'000'000, nullptr}, {20'000'000, nullptr}});
+    std::atomic<bool> isCancelled{false};
+    std::atomic<bool> isOver{false};
+    std::atomic<int> completed{0};
+    std::thread editor([&] {
+        std::mt19937 random(1);
+        while (!isOver) {
+            Cookie const cookie{std::to_string(random() % 8), "v", Url(server.url())};
+            random() % 2 == 0 ? jar->insertCookie(cookie) : (void)jar->deleteCookie(cookie);
+            isCancelled = random() % 8 == 0;
+        }
+    });
+    std::vector<std::thread> callers;
+    callers.reserve(THREADS);
+    for (int thread = 0; thread < THREADS; ++thread) {
+        callers.emplace_back([&, thread] {
+            Options options;
+            options.isCancelled = [&isCancelled] { return isCancelled.load(); };
+            Request request;
+            request.url = "https" + server.url("/" + std::to_string(thread)).substr(4);
+            for (int i = 0; i < CALLS; ++i) {
+                auto const response = chain->get(request, options);
+                EXPECT_THAT(response.error.code,
+                            ::testing::AnyOf(ErrorCode::Ok, ErrorCode::RequestCancelled));
+                if (response.error.code == ErrorCode::Ok) {
+                    EXPECT_EQ(response.body, request.url.path());
+                    ++completed;
+                }
+            }
+        });
+    }
+    for (auto& caller : callers) {
+        caller.join();
+    }
+    isOver = true;
+    editor.join();
+    EXPECT_GT(completed, 0);
+    EXPECT_LE(jar->cookiesForUrl(Url(server.url())).size(), 9U);
 }
 
 }  // namespace

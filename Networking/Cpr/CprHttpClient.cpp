@@ -7,21 +7,37 @@
 #include <utility>
 
 #include <cpr/cpr.h>
+#include <curl/curl.h>
 
 #include "Networking/Cpr/Compatibility.h"
 #include "Networking/Cpr/TransferCallbacks.h"
+#include "Networking/Cpr/WireFormat.h"
 
 namespace Ostrel::Networking {
 
 namespace {
 
-/// The URL as libcpr wants it: without the query, which travels as `cpr::Parameters` and is
-/// appended by libcpr, and without the fragment, which never crosses the wire and would swallow the
-/// query that is appended to it.
-Url urlForSession(Url url) {
-    url.setParameters({});
-    url.setAnchor({});
-    return url;
+/// Leaves the steering of the transfer to the call: whatever the environment says, there is no
+/// proxy unless the call sets one, and then for every host; and from the first request to the last
+/// redirect the wire carries HTTP and HTTPS alone. This is the only place that calls libcurl
+/// itself, as libcpr has no option for either.
+void confine(cpr::Session& session) {
+    auto* const handle = session.GetCurlHolder()->handle;
+    // Not a null pointer, with which libcurl looks into the environment. libcpr overwrites the
+    // proxy if it has one.
+    curl_easy_setopt(handle, CURLOPT_PROXY, "");
+    curl_easy_setopt(handle, CURLOPT_NOPROXY, "");
+#if LIBCURL_VERSION_NUM >= 0x075500  // 7.85.0, which deprecates the older options
+    for (auto const option : {CURLOPT_PROTOCOLS_STR, CURLOPT_REDIR_PROTOCOLS_STR}) {
+        // In two steps, as a libcurl without TLS refuses a list that names HTTPS, and would stay
+        // open for all.
+        curl_easy_setopt(handle, option, "http");
+        curl_easy_setopt(handle, option, "http,https");
+    }
+#else
+    curl_easy_setopt(handle, CURLOPT_PROTOCOLS, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
+    curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
+#endif
 }
 
 cpr::Parameters parametersOf(Url const& url) {
@@ -52,6 +68,7 @@ cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
 /// Makes a session that is ready to perform. It refers to `options`, which must outlive it.
 std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options) {
     auto session = std::make_unique<cpr::Session>();
+    confine(*session);
     auto const url = urlForSession(request.url);
     session->SetOption(cpr::Url(url.toString()));
     session->SetOption(parametersOf(request.url));
@@ -89,13 +106,26 @@ Response responsefromCprFormat(cpr::Response&& response) {
     return result;
 }
 
+Response refused(std::string reason) {
+    Response response;
+    response.error.message = std::move(reason);
+    return response;
+}
+
 /// The road of all four operations; `perform` adds the body and gives libcpr's response. That
 /// response keeps the connection open, so it is gone before the session is, and both are before
 /// this returns.
 template <typename Perform>
-Response transfer(Request const& request, Options const& options, Perform perform) {
+Response transfer(Request const& request, Options const& options, Perform perform,
+                  std::string formRefusal = {}) {
     if (!request.url.isValid()) {
         return {};
+    }
+    if (auto refusal = refusalOf(request, options); !refusal.empty()) {
+        return refused(std::move(refusal));
+    }
+    if (!formRefusal.empty()) {
+        return refused(std::move(formRefusal));
     }
     auto const session = setupCprSession(request, options);
     return responsefromCprFormat(perform(*session));
@@ -121,14 +151,15 @@ Response CprHttpClient::post(Request const& request, std::string const& body,
 
 Response CprHttpClient::post(Request const& request, MultiPart const& multiPart,
                              Options const& options) {
-    return transfer(request, options, [&multiPart](cpr::Session& session) {
+    auto const perform = [&multiPart](cpr::Session& session) {
         cpr::Multipart form(std::initializer_list<cpr::Part>{});
         for (auto const& part : multiPart.parts) {
             form.parts.emplace_back(part.name, part.value, part.contentType);
         }
         session.SetOption(std::move(form));
         return session.Post();
-    });
+    };
+    return transfer(request, options, perform, refusalOf(multiPart));
 }
 
 }  // namespace Ostrel::Networking
