@@ -73,14 +73,15 @@ TEST(AdaptersTest, PassOnWhatIsNotTheirs) {
     Request request;
     request.url = std::string("http://u:p@host.test:80/path?a=1#top");
     request.headers = {{"X-One", "1"}};
-    ScriptedClient::Answer const answer{{503,
-                                         "body",
-                                         {{"X", "y"}},
-                                         {{"sid", "1"}},
-                                         {ErrorCode::NetworkReceiveError, "message"},
-                                         "HTTP/1.1 503 No",
-                                         "No"},
-                                        ""};
+    ScriptedClient::Answer answer;
+    answer.response.statusCode = 503;
+    answer.response.body = "body";
+    answer.response.headers = {{"X", "y"}};
+    answer.response.cookies = {{"sid", "1"}};
+    answer.response.error.code = ErrorCode::NetworkReceiveError;
+    answer.response.error.message = "message";
+    answer.response.statusLine = "HTTP/1.1 503 No";
+    answer.response.reason = "No";
 
     for (auto const& [adapterName, addAdapter] : factories()) {
         for (auto const& [operation, method, call] : operations()) {

@@ -7,7 +7,7 @@
 
 namespace Ostrel::Networking {
 
-class CookieJar::Impl {
+class QORNETWORKING_HIDDEN CookieJar::Impl {
 public:
     std::vector<Cookie> cookiesForUrl(Url const& url) const {
         auto const host = url.host();

@@ -43,7 +43,8 @@ public:
     void answer(Answer answer) { answers_.push_back(std::move(answer)); }
     void answer(ErrorCode outcome, std::map<std::string, std::string> cookies = {}) {
         Answer scripted;
-        scripted.response.error = {outcome, "answer " + std::to_string(++count_)};
+        scripted.response.error.code = outcome;
+        scripted.response.error.message = "answer " + std::to_string(++count_);
         scripted.response.cookies = std::move(cookies);
         answer(std::move(scripted));
     }

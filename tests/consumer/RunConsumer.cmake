@@ -1,12 +1,63 @@
-# Installs the library of BINARY_DIR into a prefix of its own, builds the consumer in SOURCE_DIR against it and lets it
-# perform a GET, through SERVE, which adds the URL.
+# Gets the library in the way that WAY names, into a directory of its own below WORK_DIR, builds the consumer against it, as
+# C++20 with warnings as errors, and lets it perform a GET through SERVE, which adds the URL.
+set(consumer_source ${CMAKE_CURRENT_LIST_DIR})
+set(prefix ${WORK_DIR}/prefix)
+set(warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
 function(run)
-    execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND ${ARGV} WORKING_DIRECTORY ${WORK_DIR} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+function(build_consumer)
+    list(JOIN warnings " " flags)
+    run(${CMAKE_COMMAND} -G Ninja -S ${consumer_source} -B ${WORK_DIR}/build -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
+        -DCMAKE_CXX_STANDARD=20 "-DCMAKE_CXX_FLAGS=${flags}" ${ARGV})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
+    run(${SERVE} ${WORK_DIR}/build/consumer)
+endfunction()
+
+# Makes the package that GENERATOR names and gives its file.
+function(make_package generator pattern result)
+    run(${CMAKE_CPACK_COMMAND} -G ${generator} --config ${LIBRARY_BINARY_DIR}/CPackConfig.cmake -B ${WORK_DIR}/package)
+    file(GLOB package ${WORK_DIR}/package/${pattern})
+    set(${result} ${package} PARENT_SCOPE)
 endfunction()
 
 file(REMOVE_RECURSE ${WORK_DIR})
-run(${CMAKE_COMMAND} --install ${BINARY_DIR} --prefix ${WORK_DIR}/prefix)
-run(${CMAKE_COMMAND} -G Ninja -S ${SOURCE_DIR} -B ${WORK_DIR}/build
-    -DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix -DCMAKE_CXX_COMPILER=${CXX_COMPILER} -DCMAKE_CXX_FLAGS=${CXX_FLAGS})
-run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
-run(${SERVE} ${WORK_DIR}/build/consumer)
+file(MAKE_DIRECTORY ${prefix})
+if(WAY STREQUAL install)
+    run(${CMAKE_COMMAND} --install ${LIBRARY_BINARY_DIR} --prefix ${WORK_DIR}/elsewhere)
+    file(REMOVE_RECURSE ${prefix})
+    file(RENAME ${WORK_DIR}/elsewhere ${prefix})
+    build_consumer(-DCMAKE_PREFIX_PATH=${prefix})
+elseif(WAY STREQUAL static)
+    run(${CMAKE_COMMAND} -G Ninja -S ${LIBRARY_SOURCE_DIR} -B ${WORK_DIR}/library -DBUILD_SHARED_LIBS=OFF
+        -DBUILD_TESTING=OFF -DQORNETWORKING_BUILD_EXAMPLES=OFF -DCMAKE_CXX_COMPILER=${CXX_COMPILER})
+    run(${CMAKE_COMMAND} --build ${WORK_DIR}/library)
+    run(${CMAKE_COMMAND} --install ${WORK_DIR}/library --prefix ${prefix})
+    build_consumer(-DCMAKE_PREFIX_PATH=${prefix})
+elseif(WAY STREQUAL subdirectory)
+    build_consumer(-DQORNETWORKING_SOURCE_DIR=${LIBRARY_SOURCE_DIR})
+elseif(WAY STREQUAL pkg-config)
+    run(${CMAKE_COMMAND} --install ${LIBRARY_BINARY_DIR} --prefix ${prefix})
+    file(GLOB_RECURSE pc_file ${prefix}/*/QorNetworking.pc)
+    find_program(PKG_CONFIG pkg-config REQUIRED)
+    execute_process(COMMAND ${PKG_CONFIG} --cflags --libs ${pc_file}
+        OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    separate_arguments(flags)
+    get_filename_component(libraries ${pc_file}/../.. ABSOLUTE)
+    run(${CXX_COMPILER} -std=c++20 ${warnings} ${consumer_source}/main.cpp -o ${WORK_DIR}/consumer ${flags}
+        -Wl,-rpath,${libraries})
+    run(${SERVE} ${WORK_DIR}/consumer)
+elseif(WAY STREQUAL tgz)
+    make_package(TGZ *.tar.gz package)
+    file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${prefix})
+    file(GLOB root ${prefix}/*)
+    build_consumer(-DCMAKE_PREFIX_PATH=${root})
+elseif(WAY STREQUAL deb)
+    make_package(DEB *.deb package)
+    run(dpkg-deb --extract ${package} ${prefix})
+    build_consumer(-DCMAKE_PREFIX_PATH=${prefix}/usr)
+else()
+    message(FATAL_ERROR "no such way: ${WAY}")
+endif()

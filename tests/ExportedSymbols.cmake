@@ -1,0 +1,23 @@
+# Fails if LIBRARY exports anything but the documented interface.
+execute_process(COMMAND ${NM} --dynamic --defined-only --demangle --format=posix ${LIBRARY}
+    OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+set(classes "CaseInsensitiveCompare|ClientAdapter|CookieJar|CookieJarAdapter|CprHttpClient|ForceProtocolAdapter|ICookieJar")
+string(APPEND classes "|IHttpClient|IProxyProvider|NativeProxyProvider|RetriesAdapter|SystemProxyAdapter|Url")
+set(functions "addCookieJarAdapter|addForceProtocolAdapter|addRetriesAdapter|addSystemProxyAdapter|createHttpClient")
+string(APPEND functions "|Response::getLastModified|(${classes})::(operator)?~?[A-Za-z]*")
+set(count 0)
+set(strangers)
+string(REPLACE ";" "" symbols "${symbols}")
+string(REPLACE "\n" ";" symbols "${symbols}")
+foreach(symbol IN LISTS symbols)
+    math(EXPR count "${count} + 1")
+    if(NOT symbol MATCHES "^Ostrel::Networking::(${functions})(\\[abi:cxx11\\])?\\(" AND
+       NOT symbol MATCHES "^(vtable|typeinfo|typeinfo name) for Ostrel::Networking::(${classes}) ")
+        list(APPEND strangers ${symbol})
+    endif()
+endforeach()
+list(JOIN strangers "\n  " text)
+if(strangers OR count LESS 20)
+    message(FATAL_ERROR "${count} symbols, of which the interface does not have:\n  ${text}")
+endif()
+message("${count} symbols, all of the interface")
