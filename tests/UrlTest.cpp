@@ -222,6 +222,9 @@ TEST(UrlTest, EditsParameters) {
     EXPECT_TRUE(url.removeParameter("a"));
     EXPECT_FALSE(url.removeParameter("a"));
 
+    Parameters const kept = {{"d", "5"}};
+    url.setParameters(kept);
+    EXPECT_EQ(url.parameters(), kept);
     Parameters taken = {{"c", "4"}};
     url.setParameters(std::move(taken));
     EXPECT_EQ(url.toString(), "proto://host?c=4");
