@@ -1,6 +1,7 @@
 #include "Networking/AddAdapter.h"
 
 #include "Networking/CookieJar/CookieJar.h"
+#include "Networking/NativeProxyProvider/NativeProxyProvider.h"
 
 namespace Ostrel::Networking {
 
@@ -17,6 +18,11 @@ std::unique_ptr<IHttpClient> addRetriesAdapter(NotNull<std::shared_ptr<IHttpClie
 std::unique_ptr<IHttpClient> addForceProtocolAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, ForceProtocolSettings settings) {
     return std::make_unique<ForceProtocolAdapter>(client, settings);
+}
+
+std::unique_ptr<IHttpClient> addSystemProxyAdapter(
+    NotNull<std::shared_ptr<IHttpClient>> const& client) {
+    return std::make_unique<SystemProxyAdapter>(client, std::make_unique<NativeProxyProvider>());
 }
 
 }  // namespace Ostrel::Networking

@@ -6,6 +6,7 @@
 #include "Networking/Adapters/CookieJarAdapter.h"
 #include "Networking/Adapters/ForceProtocolAdapter.h"
 #include "Networking/Adapters/RetriesAdapter.h"
+#include "Networking/Adapters/SystemProxyAdapter.h"
 #include "Networking/CookieJar/ICookieJar.h"
 #include "Networking/Export.h"
 #include "Networking/IHttpClient.h"
@@ -29,5 +30,9 @@ namespace Ostrel::Networking {
 /// Wraps `client` so that every request goes out with the protocol that `settings` names.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addForceProtocolAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, ForceProtocolSettings settings);
+
+/// Wraps `client` so that every request goes out through the system's proxy for its URL.
+[[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addSystemProxyAdapter(
+    NotNull<std::shared_ptr<IHttpClient>> const& client);
 
 }  // namespace Ostrel::Networking

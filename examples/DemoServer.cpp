@@ -85,6 +85,11 @@ void DemoServer::Impl::addResources() {
         response.set_header("Last-Modified", httpDate(std::time(nullptr) - 3600));
         response.set_content("Here at last\n", "text/plain");
     });
+    server.Get("http://.*", [this](httplib::Request const& request, httplib::Response& response) {
+        response.set_content(
+            "The proxy on port " + std::to_string(port) + " was asked for " + request.path + "\n",
+            "text/plain");
+    });
     server.Get("/silence", [this](httplib::Request const&, httplib::Response&) {
         stopped.wait_for(std::chrono::seconds(30));
     });

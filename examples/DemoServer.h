@@ -4,7 +4,8 @@
 #include <string>
 
 /// An HTTP server inside this process, on a free port of 127.0.0.1, with a few resources for the
-/// demo to ask for.
+/// demo to ask for. As a proxy it answers every GET itself, and tells its port and what it was
+/// asked for.
 class DemoServer {
 public:
     /// Size of the resource "/download", in bytes.

@@ -5,9 +5,12 @@
 #include <cstdlib>
 #include <ctime>
 #include <iostream>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include <Networking/Adapters/SystemProxyAdapter.h>
 #include <Networking/AddAdapter.h>
 #include <Networking/CreateHttpClient.h>
 
@@ -169,6 +172,46 @@ void showChain(Walk& walk, DemoServer const& server) {
     std::cout << "   Last modified " << age << " seconds ago\n";
 }
 
+/// Stands in for `NativeProxyProvider`, so that the walk does not depend on the settings of the
+/// machine: the server is the proxy for one URL and for no other.
+class DemoProxyProvider final : public IProxyProvider {
+public:
+    DemoProxyProvider(std::string url, DemoServer const& server)
+        : url_(std::move(url)), proxy_(server.url("/")) {}
+
+    [[nodiscard]] ProxyInfo getProxy(std::string const& url) const override {
+        if (url != url_) {
+            return {};
+        }
+        return {ProxyType::Http, proxy_.host(), std::stoi(proxy_.port())};
+    }
+
+private:
+    std::string url_;
+    Url proxy_;
+};
+
+void showSystemProxy(Walk& walk) {
+    DemoServer const systems;
+    DemoServer const callers;
+    std::string const served = "http://served.test/";
+    SystemProxyAdapter adapter(createHttpClient(HttpClientType::Cpr),
+                               std::make_unique<DemoProxyProvider>(served, systems));
+    auto options = defaultOptions();
+    options.proxy = callers.url("");
+    auto const show = [&](std::string const& who, std::string const& url, DemoServer const& taken) {
+        Request request;
+        request.url = url;
+        auto const proxy = adapter.addProxyUrlOption(options, request).proxy;
+        auto const response = adapter.get(request, options);
+        auto const isTaken = response.body.find("port " + Url(taken.url("/")).port() + " ");
+        walk.check("GET of " + url + ", for which " + who + " proxy is taken: " + proxy, response,
+                   ErrorCode::Ok, 200, proxy == taken.url("") && isTaken != std::string::npos);
+    };
+    show("the system's", served, systems);
+    show("the system has none and the caller's", "http://other.test/", callers);
+}
+
 int walkThrough() {
     DemoServer const server;
     auto const client = createHttpClient(HttpClientType::Cpr);
@@ -177,6 +220,7 @@ int walkThrough() {
     showDownloads(walk, *client, server);
     showFailures(walk, *client, server);
     showChain(walk, server);
+    showSystemProxy(walk);
     std::cout << (walk.failures() == 0 ? "All as expected.\n" : "Not all as expected.\n");
     return walk.failures() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -7,6 +7,7 @@ PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
     libcurl4-openssl-dev libgoogle-glog-dev
     libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
+    ca-certificates openssl tinyproxy-bin
 )
 # Suites of the distribution that carry libcpr's source package, the first that has it is taken.
 CPR_SUITES=(forky sid)

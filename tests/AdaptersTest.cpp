@@ -40,6 +40,7 @@ std::vector<std::pair<std::string, std::function<Client(Client const&)>>> factor
          [](auto const& inner) {
              return addForceProtocolAdapter(inner, static_cast<ForceProtocolSettings>(2));
          }},
+        {"system proxy", [](auto const& inner) { return addSystemProxyAdapter(inner); }},
     };
 }
 

@@ -5,7 +5,8 @@
 
 namespace Ostrel::Networking::Testing {
 
-LocalServer::LocalServer(Handler handler) : handler_(std::move(handler)) {
+LocalServer::LocalServer(Handler handler, std::unique_ptr<httplib::Server> server)
+    : handler_(std::move(handler)), server_(std::move(server)) {
     auto const answer = [this](httplib::Request const& request, httplib::Response& response) {
         {
             std::lock_guard const lock(mutex_);
@@ -13,19 +14,19 @@ LocalServer::LocalServer(Handler handler) : handler_(std::move(handler)) {
         }
         handler_(request, response);
     };
-    server_.Get(".*", answer);
-    server_.Post(".*", answer);
-    server_.set_keep_alive_max_count(1);
-    port_ = server_.bind_to_any_port("127.0.0.1");
-    thread_ = std::thread([this] { server_.listen_after_bind(); });
-    while (!server_.is_running()) {
+    server_->Get(".*", answer);
+    server_->Post(".*", answer);
+    server_->set_keep_alive_max_count(1);
+    port_ = server_->bind_to_any_port("127.0.0.1");
+    thread_ = std::thread([this] { server_->listen_after_bind(); });
+    while (!server_->is_running()) {
         std::this_thread::yield();
     }
 }
 
 LocalServer::~LocalServer() {
     release();
-    server_.stop();
+    server_->stop();
     thread_.join();
 }
 

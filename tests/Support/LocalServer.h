@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -17,7 +18,10 @@ class LocalServer {
 public:
     using Handler = std::function<void(httplib::Request const&, httplib::Response&)>;
 
-    explicit LocalServer(Handler handler = [](auto const&, auto&) {});
+    /// The server that does the work may be a `httplib::SSLServer`.
+    explicit LocalServer(
+        Handler handler = [](auto const&, auto&) {},
+        std::unique_ptr<httplib::Server> server = std::make_unique<httplib::Server>());
     /// Releases stalled handlers and ends the server.
     ~LocalServer();
     LocalServer(LocalServer const&) = delete;
@@ -34,7 +38,7 @@ public:
 
 private:
     Handler handler_;
-    httplib::Server server_;
+    std::unique_ptr<httplib::Server> server_;
     int port_;
     mutable std::mutex mutex_;
     std::condition_variable released_;

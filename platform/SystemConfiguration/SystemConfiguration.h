@@ -1,0 +1,28 @@
+#pragma once
+
+#include <CoreFoundation/CoreFoundation.h>
+
+/// What the proxy lookup calls of the macOS framework of this name, for other systems, under the
+/// framework's names and with its signatures.
+
+// NOLINTBEGIN(readability-identifier-naming): the names are the framework's.
+extern "C" {
+
+using SCDynamicStoreRef = struct SCDynamicStoreObject const*;
+
+/// A snapshot of the scripted `SystemSettings`, which the caller owns and gives back with
+/// `CFRelease`; null if they cannot be read. The store is not looked at.
+CFDictionaryRef SCDynamicStoreCopyProxies(SCDynamicStoreRef store);
+
+extern CFStringRef const kSCPropNetProxiesHTTPEnable;
+extern CFStringRef const kSCPropNetProxiesHTTPPort;
+extern CFStringRef const kSCPropNetProxiesHTTPProxy;
+extern CFStringRef const kSCPropNetProxiesHTTPSEnable;
+extern CFStringRef const kSCPropNetProxiesHTTPSPort;
+extern CFStringRef const kSCPropNetProxiesHTTPSProxy;
+extern CFStringRef const kSCPropNetProxiesSOCKSEnable;
+extern CFStringRef const kSCPropNetProxiesSOCKSPort;
+extern CFStringRef const kSCPropNetProxiesSOCKSProxy;
+
+}  // extern "C"
+// NOLINTEND(readability-identifier-naming)
