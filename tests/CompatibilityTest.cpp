@@ -1,9 +1,9 @@
+#include "Networking/Cpr/Compatibility.h"
+
 #include <map>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
-
-#include "Networking/Cpr/Compatibility.h"
 
 namespace Ostrel::Networking::Compatibility {
 namespace {
@@ -89,8 +89,7 @@ TEST(ErrorCodeTest, ConvertsEveryOutcomeOfTheInstalledRelease) {
         OUTCOME(ABORTED_BY_CALLBACK, RequestCancelled),
         OUTCOME(WRITE_ERROR, RequestCancelled),
         OUTCOME(TOO_MANY_REDIRECTS, TooManyRedirects),
-        OUTCOME(UNKNOWN_ERROR, UnknownError),
-    };
+        OUTCOME(UNKNOWN_ERROR, UnknownError)};
     constexpr auto LAST = static_cast<int>(cpr::ErrorCode::TOO_LARGE);
     for (int value = -3; value <= 1003; ++value) {
         auto const found = special.find(value);

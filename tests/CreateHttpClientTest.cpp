@@ -1,9 +1,11 @@
+#include "Networking/CreateHttpClient.h"
+
 #include <stdexcept>
 
 #include <gmock/gmock.h>
 
 #include "Networking/Cpr/CprHttpClient.h"
-#include "Networking/CreateHttpClient.h"
+#include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -34,19 +36,13 @@ TEST(StubHttpClientTest, SucceedsAtOnceWithoutACallback) {
     options.isCancelled = [] { return ADD_FAILURE(), true; };
     options.onData = [](std::string const&) { ADD_FAILURE(); };
     options.onProgress = [](std::int64_t, std::int64_t) { ADD_FAILURE(); };
-    Request valid;
-    valid.url = std::string("http://host/");
-
-    for (auto const& request : {Request(), valid}) {
-        for (auto const& response :
-             {stub->get(request, options), stub->head(request, options),
-              stub->post(request, "body", options), stub->post(request, MultiPart(), options)}) {
-            EXPECT_EQ(response.error.code, ErrorCode::Ok);
-            EXPECT_EQ(response.statusCode, 0);
-            EXPECT_TRUE(response.error.message.empty() && response.body.empty() &&
-                        response.headers.empty() && response.cookies.empty() &&
-                        response.statusLine.empty() && response.reason.empty());
-        }
+    for (auto const& operation : Testing::operations()) {
+        auto const response = operation.call(*stub, Request(), options);
+        EXPECT_EQ(response.error.code, ErrorCode::Ok);
+        EXPECT_EQ(response.statusCode, 0);
+        EXPECT_TRUE(response.error.message.empty() && response.body.empty() &&
+                    response.headers.empty() && response.cookies.empty() &&
+                    response.statusLine.empty() && response.reason.empty());
     }
 }
 

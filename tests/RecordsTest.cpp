@@ -39,12 +39,6 @@ TEST(CaseInsensitiveCompareTest, OrdersByLowerCase) {
     EXPECT_EQ(request.headers["CONTENT-TYPE"], "first");
 }
 
-TEST(RecordsTest, StartAsDocumented) {
-    EXPECT_EQ(Response().error.code, ErrorCode::NotPerformed);
-    EXPECT_EQ(static_cast<int>(Response().error.code), 1001);
-    EXPECT_FALSE(Options().followRedirects);
-}
-
 TEST(NotNullTest, HoldsWhatConvertsAndRefusesNothing) {
     struct Base {
         int value = 7;

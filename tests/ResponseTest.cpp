@@ -1,3 +1,5 @@
+#include "Networking/Response.h"
+
 #include <cstdlib>
 #include <ctime>
 #include <string>
@@ -6,32 +8,13 @@
 
 #include <gtest/gtest.h>
 
-#include "Networking/Response.h"
-
 namespace Ostrel::Networking {
 namespace {
 
-/// Sets the time zone of the process, and the former one at its end.
-class TimeZone {
-public:
-    explicit TimeZone(std::string const& zone) {
-        auto const* const former = std::getenv("TZ");
-        hadFormer_ = former != nullptr;
-        former_ = hadFormer_ ? former : "";
-        setenv("TZ", zone.c_str(), 1);
-        tzset();
-    }
-    ~TimeZone() {
-        hadFormer_ ? setenv("TZ", former_.c_str(), 1) : unsetenv("TZ");
-        tzset();
-    }
-    TimeZone(TimeZone const&) = delete;
-    TimeZone& operator=(TimeZone const&) = delete;
-
-private:
-    bool hadFormer_;
-    std::string former_;
-};
+void setTimeZone(std::string const& zone) {
+    setenv("TZ", zone.c_str(), 1);
+    tzset();
+}
 
 std::time_t lastModified(std::string const& date, std::string const& name = "Last-Modified",
                          ErrorCode code = ErrorCode::Ok) {
@@ -53,14 +36,14 @@ TEST(LastModifiedTest, ReadsTheFieldsAsStandardLocalTime) {
     };
     for (auto const& [zone, offset] : rows) {
         SCOPED_TRACE(zone);
-        TimeZone const set(zone);
+        setTimeZone(zone);
         EXPECT_EQ(lastModified(winter), 784887151 + offset);
         EXPECT_EQ(lastModified(summer), 1594800751 + offset);
     }
 }
 
 TEST(LastModifiedTest, NeedsASuccessfulTransferAndTheHeader) {
-    TimeZone const utc("UTC0");
+    setTimeZone("UTC0");
     std::string const date = "Tue, 15 Nov 1994 08:12:31 GMT";
     EXPECT_EQ(lastModified(date, "last-modified"), 784887151);
     EXPECT_EQ(lastModified(date, "LAST-MODIFIED"), 784887151);
@@ -70,7 +53,7 @@ TEST(LastModifiedTest, NeedsASuccessfulTransferAndTheHeader) {
 }
 
 TEST(LastModifiedTest, UsesTheFieldsBeforeAFault) {
-    TimeZone const utc("UTC0");
+    setTimeZone("UTC0");
     std::tm none{};
     std::tm dayOnly{};
     dayOnly.tm_mday = 15;

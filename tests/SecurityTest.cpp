@@ -33,7 +33,6 @@ using ::testing::Contains;
 using ::testing::HasSubstr;
 using Testing::operations;
 using Testing::RawServer;
-using Testing::recordingTo;
 
 auto const EMPTY_OK = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"s;
 
@@ -119,9 +118,10 @@ TEST(EnvironmentTest, DivertsNothing) {
 
 TEST(EnvironmentTest, LeavesTheProxyOfTheCall) {
     std::vector<std::string> requests;
-    RawServer proxy(recordingTo(requests,
-                                "HTTP/1.1 302 Found\r\nLocation: http://other.test/\r\n"
-                                "Content-Length: 0\r\n\r\n"));
+    RawServer proxy(
+        answering("HTTP/1.1 302 Found\r\nLocation: http://other.test/\r\n"
+                  "Content-Length: 0\r\n\r\n",
+                  &requests));
     RawServer trap(answering(EMPTY_OK));
     auto options = patient();
     options.proxy = proxy.url();
@@ -187,6 +187,7 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     options.onData = [](std::string const&) { ADD_FAILURE(); };
     options.isCancelled = [] { return ADD_FAILURE(), true; };
     for (auto const& row : std::vector<Row>{
+             {"", {Url("no URL"), {{"", ""}}, {}}, {}, ""},
              {"URL contains NUL", {Url(url + "a\0b"s), {}, {}}, {}, ""},
              {"URL contains NUL", {Url("http://u\0@"s + server.authority()), {}, {}}, {}, ""},
              {"header name is empty", header("", "v"), {}, ""},
@@ -227,7 +228,7 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
 
 TEST(RefusalTest, LetsEverythingElsePassAsItIs) {
     std::vector<std::string> requests;
-    RawServer server(recordingTo(requests, EMPTY_OK));
+    RawServer server(answering(EMPTY_OK, &requests));
     Request request;
     request.url = server.url("/p");
     request.url.addParameter("n\0"s, "v\r\n\0"s);
@@ -249,111 +250,100 @@ TEST(RefusalTest, LetsEverythingElsePassAsItIs) {
     auto const body = "\0\r\n\r\n\xff"s;
     EXPECT_EQ(CprHttpClient().post(request, body, patient()).statusCode, 200);
     EXPECT_EQ(requests.back().substr(requests.back().find("\r\n\r\n") + 4), body);
-    MultiPart const form{{{"n\"\xc3\xa4", "v\r\n--\r\n", "a/b; c=d"}}};
+    MultiPart const form{{{"n\"\xc3\xa4", "v\r\n--\r\n", "a/b; c=d"}, {"first", "", ""}}};
     EXPECT_EQ(CprHttpClient().post(request, form, patient()).statusCode, 200);
-    EXPECT_THAT(requests.back(), HasSubstr("\r\nContent-Type: a/b; c=d\r\n\r\nv\r\n--\r\n\r\n--"));
+    auto const part = "\r\nContent-Type: a/b; c=d\r\n\r\nv\r\n--\r\n\r\n--"s;
+    EXPECT_LT(requests.back().find(part), requests.back().find("name=\"first\"\r\n\r\n\r\n--"));
 }
 
 struct HostileRow {
     std::string name;
     std::function<void(Connection&)> handler;
     std::vector<ErrorCode> outcomes;
-    std::string scheme = "http";
+    std::string scheme;
 };
 
+HostileRow answer(std::string const& name, std::string const& text,
+                  std::vector<ErrorCode> const& outcomes) {
+    return {name, answering(text), outcomes, "http"};
+}
+
+HostileRow flood(std::string const& name, std::string const& text, std::string const& piece,
+                 std::vector<ErrorCode> const& outcomes) {
+    return {name, endless(text, piece), outcomes, "http"};
+}
+
+HostileRow stall(std::string const& name, std::string const& text, std::string scheme = "http",
+                 ErrorCode outcome = ErrorCode::OperationTimedOut) {
+    return {name, stalling(text), {outcome}, std::move(scheme)};
+}
+
+HostileRow reset(std::string const& name, std::string const& text,
+                 std::vector<ErrorCode> const& outcomes, std::string scheme = "http") {
+    return {name, resetting(text), outcomes, std::move(scheme)};
+}
+
 std::vector<HostileRow> hostileAnswers() {
-    using E = ErrorCode;
+    constexpr auto OK = ErrorCode::Ok;
+    constexpr auto EMPTY = ErrorCode::EmptyResponse;
+    constexpr auto INTERNAL = ErrorCode::InternalError;
+    constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
+    constexpr auto SEND = ErrorCode::NetworkSendFailure;
+    constexpr auto LATE = ErrorCode::OperationTimedOut;
+    constexpr auto NOT_HTTP = ErrorCode::UnsupportedProtocol;
+    constexpr auto NO_TLS = ErrorCode::SslConnectError;
     auto const ok = "HTTP/1.1 200 OK\r\n"s;
     auto const chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
-    auto const full = [&ok](std::string const& headers, std::string const& body = "body") {
-        return ok + headers + "\r\n" + body;
-    };
+    auto const moved = "HTTP/1.1 302 X\r\nContent-Length: 0\r\nLocation: "s;
+    auto const full = [&ok](std::string const& headers) { return ok + headers + "\r\nbody"; };
     return {
-        {"nothing", answering(""), {E::EmptyResponse}},
-        {"garbage", answering("\x00\xff\x13garbage\r\n\r\n"s), {E::UnsupportedProtocol}},
-        {"garbage without end", endless("", "\xfe"), {E::UnsupportedProtocol}},
-        {"HTTP/0.9", answering("<html></html>"), {E::UnsupportedProtocol}},
-        {"status line of nonsense", answering("HTTP/1.1 abc\r\n\r\n"), {E::UnsupportedProtocol}},
-        {"status code too large", answering("HTTP/1.1 99999 X\r\n\r\n"), {E::UnsupportedProtocol}},
-        {"status code negative", answering("HTTP/1.1 -20 X\r\n\r\n"), {E::UnsupportedProtocol}},
-        {"unknown version", answering("HTTP/9.9 200 OK\r\n\r\n"), {E::UnsupportedProtocol}},
-        {"cut in the status line", answering("HTTP/1.1 20"), {E::Ok, E::EmptyResponse}},
-        {"cut in the headers", answering(ok + "X: 1\r\nY"), {E::Ok, E::EmptyResponse}},
-        {"header without a colon", answering(full("colon\r\n")), {E::InternalError}},
-        {"header of NULs", answering(full("X: \0\0\r\n"s)), {E::InternalError}},
-        {"header line too long",
-         answering(full("X: " + std::string(200'000, 'x'))),
-         {E::InternalError}},
-        {"header line without end", endless(ok + "X: ", "x"), {E::InternalError}},
-        {"headers without end",
-         endless(ok, "X: 1\r\n"),
-         {E::NetworkReceiveError, E::OperationTimedOut}},
-        {"early answers without end",
-         endless("", "HTTP/1.1 100 Continue\r\n\r\n"),
-         {E::NetworkReceiveError, E::OperationTimedOut}},
-        {"a thousand cookies",
-         answering(full(repeated("Set-Cookie: a=1\r\nSet-Cookie: b=2; Path=/\tx\r\n", 500))),
-         {E::Ok}},
-        {"odd cookies",
-         answering(full("Set-Cookie: \r\nSet-Cookie: =\r\nSet-Cookie: ;;\r\nSet-Cookie: a=\tb; "
-                        "path=\t/\t1; domain=\t; expires=x; max-age=99999999999999999999\r\n")),
-         {E::Ok}},
-        {"body cut", answering(full("Content-Length: 100\r\n")), {E::InternalError}},
-        {"length negative", answering(full("Content-Length: -1\r\n")), {E::InternalError}},
-        {"length too large",
-         answering(full("Content-Length: 99999999999999999999999\r\n")),
-         {E::Ok}},
-        {"length of nonsense", answering(full("Content-Length: x\r\n")), {E::InternalError}},
-        {"lengths that differ",
-         answering(full("Content-Length: 4\r\nContent-Length: 2\r\n")),
-         {E::Ok, E::InternalError}},
-        {"chunk size of nonsense",
-         answering(chunked + "xyz\r\nbody\r\n"),
-         {E::NetworkReceiveError}},
-        {"chunk size negative",
-         answering(chunked + "-4\r\nbody\r\n0\r\n\r\n"),
-         {E::NetworkReceiveError}},
-        {"chunk size too large",
-         answering(chunked + "ffffffffffffffffffff\r\nbody"),
-         {E::NetworkReceiveError}},
-        {"chunk longer than it says",
-         answering(chunked + "2\r\nbody\r\n0\r\n\r\n"),
-         {E::NetworkReceiveError}},
-        {"chunk shorter than it says",
-         answering(chunked + "400\r\nbody\r\n0\r\n\r\n"),
-         {E::InternalError}},
-        {"chunks without end", endless(chunked, "1\r\nx\r\n"), {E::OperationTimedOut}},
-        {"compression of nonsense",
-         answering(full("Content-Encoding: gzip\r\n")),
-         {E::InternalError}},
-        {"redirect to itself",
-         answering("HTTP/1.1 302 X\r\nLocation: /\r\nContent-Length: 0\r\n\r\n"),
-         {E::TooManyRedirects}},
-        {"redirect to nonsense",
-         answering("HTTP/1.1 302 X\r\nLocation: http://:/\r\nContent-Length: 0\r\n\r\n"),
-         {E::InvalidUrlFormat}},
-
-        {"stall before the head", stalling(""), {E::OperationTimedOut}},
-        {"stall in the head", stalling(ok + "X: 1\r\nY"), {E::OperationTimedOut}},
-        {"stall in the body", stalling(full("Content-Length: 100\r\n")), {E::OperationTimedOut}},
-        {"stall in a chunk", stalling(chunked + "4"), {E::OperationTimedOut}},
-        {"stall in the handshake", stalling(""), {E::OperationTimedOut}, "https"},
-        {"stall in a record", stalling("\x16\x03\x03\x40"), {E::OperationTimedOut}, "https"},
-
-        {"reset before the request",
-         [](Connection& connection) { connection.reset(); },
-         {E::NetworkReceiveError, E::NetworkSendFailure, E::ConnectionFailure}},
-        {"reset before the head", resetting(""), {E::NetworkReceiveError}},
-        {"reset in the head", resetting(ok + "X: 1\r\nY"), {E::NetworkReceiveError}},
-        {"reset in the body", resetting(full("Content-Length: 100\r\n")), {E::NetworkReceiveError}},
-        {"reset in the handshake",
-         resetting(""),
-         {E::SslConnectError, E::NetworkReceiveError, E::NetworkSendFailure},
-         "https"},
-        {"garbage in the handshake",
-         stalling("HTTP/1.1 400 Bad Request\r\n\r\n"),
-         {E::SslConnectError},
-         "https"},
+        answer("nothing", "", {EMPTY}),
+        answer("garbage", "\x00\xff\x13garbage\r\n\r\n"s, {NOT_HTTP}),
+        flood("garbage without end", "", "\xfe", {NOT_HTTP}),
+        answer("HTTP/0.9", "<html></html>", {NOT_HTTP}),
+        answer("status line of nonsense", "HTTP/1.1 abc\r\n\r\n", {NOT_HTTP}),
+        answer("status code too large", "HTTP/1.1 99999 X\r\n\r\n", {NOT_HTTP}),
+        answer("status code negative", "HTTP/1.1 -20 X\r\n\r\n", {NOT_HTTP}),
+        answer("unknown version", "HTTP/9.9 200 OK\r\n\r\n", {NOT_HTTP}),
+        answer("cut in the status line", "HTTP/1.1 20", {OK, EMPTY}),
+        answer("cut in the headers", ok + "X: 1\r\nY", {OK, EMPTY}),
+        answer("header without a colon", full("colon\r\n"), {INTERNAL}),
+        answer("header of NULs", full("X: \0\0\r\n"s), {INTERNAL}),
+        answer("header line too long", full("X: " + std::string(200'000, 'x')), {INTERNAL}),
+        flood("header line without end", ok + "X: ", "x", {INTERNAL}),
+        flood("headers without end", ok, "X: 1\r\n", {RECEIVE, LATE}),
+        flood("early answers without end", "", "HTTP/1.1 100 Continue\r\n\r\n", {RECEIVE, LATE}),
+        answer("a thousand cookies", full(repeated("Set-Cookie: a=1\r\nSet-Cookie: b=2\r\n", 500)),
+               {OK}),
+        answer("odd cookies",
+               full("Set-Cookie: \r\nSet-Cookie: =\r\nSet-Cookie: ;;\r\nSet-Cookie: a=\tb; "
+                    "path=\t/\t1; domain=\t; expires=x; max-age=99999999999999999999\r\n"),
+               {OK}),
+        answer("body cut", full("Content-Length: 100\r\n"), {INTERNAL}),
+        answer("length negative", full("Content-Length: -1\r\n"), {INTERNAL}),
+        answer("length too large", full("Content-Length: 99999999999999999999999\r\n"), {OK}),
+        answer("length of nonsense", full("Content-Length: x\r\n"), {INTERNAL}),
+        answer("two lengths", full("Content-Length: 4\r\nContent-Length: 2\r\n"), {OK, INTERNAL}),
+        answer("chunk size of nonsense", chunked + "xyz\r\nbody\r\n", {RECEIVE}),
+        answer("chunk size negative", chunked + "-4\r\nbody\r\n0\r\n\r\n", {RECEIVE}),
+        answer("chunk size too large", chunked + "ffffffffffffffffffff\r\nbody", {RECEIVE}),
+        answer("chunk longer than it says", chunked + "2\r\nbody\r\n0\r\n\r\n", {RECEIVE}),
+        answer("chunk shorter than it says", chunked + "400\r\nbody\r\n0\r\n\r\n", {INTERNAL}),
+        flood("chunks without end", chunked, "1\r\nx\r\n", {LATE}),
+        answer("compression of nonsense", full("Content-Encoding: gzip\r\n"), {INTERNAL}),
+        answer("redirect to itself", moved + "/\r\n\r\n", {ErrorCode::TooManyRedirects}),
+        answer("redirect to nonsense", moved + "http://:/\r\n\r\n", {ErrorCode::InvalidUrlFormat}),
+        stall("stall before the head", ""),
+        stall("stall in the head", ok + "X: 1\r\nY"),
+        stall("stall in the body", full("Content-Length: 100\r\n")),
+        stall("stall in a chunk", chunked + "4"),
+        stall("stall in the handshake", "", "https"),
+        stall("stall in a record", "\x16\x03\x03\x40", "https"),
+        stall("garbage in the handshake", "HTTP/1.1 400 Bad Request\r\n\r\n", "https", NO_TLS),
+        reset("reset before the head", "", {RECEIVE}),
+        reset("reset in the head", ok + "X: 1\r\nY", {RECEIVE}),
+        reset("reset in the body", full("Content-Length: 100\r\n"), {RECEIVE}),
+        reset("reset in the handshake", "", {NO_TLS, RECEIVE, SEND}, "https"),
     };
 }
 

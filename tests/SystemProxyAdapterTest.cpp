@@ -1,3 +1,5 @@
+#include "Networking/Adapters/SystemProxyAdapter.h"
+
 #include <functional>
 #include <stdexcept>
 #include <utility>
@@ -5,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Networking/Adapters/SystemProxyAdapter.h"
 #include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {

@@ -1,3 +1,5 @@
+#include "Networking/Cpr/TransferCallbacks.h"
+
 #include <limits>
 #include <string>
 #include <utility>
@@ -5,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Networking/Cpr/TransferCallbacks.h"
 #include "Ostrel/Time/SteadyClock.h"
 
 namespace Ostrel::Networking {

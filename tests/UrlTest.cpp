@@ -1,3 +1,5 @@
+#include "Networking/Url.h"
+
 #include <initializer_list>
 #include <map>
 #include <random>
@@ -7,7 +9,6 @@
 
 #include <gtest/gtest.h>
 
-#include "Networking/Url.h"
 #include "tests/Support/ReferenceUrl.h"
 
 namespace Ostrel::Networking {

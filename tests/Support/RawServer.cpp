@@ -118,16 +118,12 @@ int RawServer::connections() const {
     return connections_;
 }
 
-std::function<void(Connection&)> answering(std::string text) {
-    return [text = std::move(text)](Connection& connection) {
-        connection.readRequest();
-        connection.send(text);
-    };
-}
-
-std::function<void(Connection&)> recordingTo(std::vector<std::string>& requests, std::string text) {
-    return [&requests, text = std::move(text)](Connection& connection) {
-        requests.push_back(connection.readRequest());
+std::function<void(Connection&)> answering(std::string text, std::vector<std::string>* requests) {
+    return [text = std::move(text), requests](Connection& connection) {
+        auto request = connection.readRequest();
+        if (requests != nullptr) {
+            requests->push_back(std::move(request));
+        }
         connection.send(text);
     };
 }

@@ -57,8 +57,9 @@ private:
     std::thread thread_;
 };
 
-/// A handler that answers every request with `text`, and one that keeps what it read.
-std::function<void(Connection&)> answering(std::string text);
-std::function<void(Connection&)> recordingTo(std::vector<std::string>& requests, std::string text);
+/// A handler that answers every request with `text`; keeps what it read in `requests`, if that is
+/// given.
+std::function<void(Connection&)> answering(std::string text,
+                                           std::vector<std::string>* requests = nullptr);
 
 }  // namespace Ostrel::Networking::Testing
