@@ -378,7 +378,7 @@ TEST(HostileServerTest, MayLeaveAConnectionUnanswered) {
     std::vector<int> waiting;
     for (int i = 0; i < 4; ++i) {
         waiting.push_back(socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0));
-        connect(waiting.back(), generic, length);
+        (void)connect(waiting.back(), generic, length);
     }
     auto options = patient();
     options.timeout = 150'000;
