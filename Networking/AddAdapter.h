@@ -12,6 +12,7 @@
 #include "Networking/IHttpClient.h"
 #include "Ostrel/NotNull.h"
 
+/// @file
 /// The factories of the adapters. Each wraps a client, of which the adapter shares ownership, and
 /// gives the adapter, which the caller owns and can wrap again. `NotNull` throws
 /// `std::invalid_argument` if the client is empty.

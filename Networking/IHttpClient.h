@@ -6,6 +6,8 @@
 #include "Networking/Response.h"
 #include "Networking/Types.h"
 
+/// HTTP for desktop applications: clients, adapters that add a behaviour to any client, and the
+/// values that they take and give.
 namespace Ostrel::Networking {
 
 /// An HTTP client. Every operation blocks the calling thread until the transfer has ended; failures

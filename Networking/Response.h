@@ -35,8 +35,9 @@ enum class ErrorCode : std::int32_t {
 
 /// Outcome of a transfer.
 struct Error {
+    /// `NotPerformed` until a client answers.
     ErrorCode code = ErrorCode::NotPerformed;
-    /// The transport's own text for the failure; may be empty.
+    /// The transport's own text for the failure, or why the request was refused; may be empty.
     std::string message;
 };
 
@@ -52,6 +53,7 @@ struct Response {
     /// Cookies that the server set during the call, name to value. Domain, path, expiry and flags
     /// are not kept.
     std::map<std::string, std::string> cookies;
+    /// How the transfer ended.
     Error error;
     /// The status line of the final response, as in "HTTP/1.1 200 OK".
     std::string statusLine;

@@ -14,6 +14,7 @@ namespace Ostrel::Networking {
 /// Orders header names without regard to the letter case of ASCII, as RFC 9110, section 5.1, has
 /// it; other bytes compare by their unsigned values.
 struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
+    /// Whether `a` comes before `b`.
     bool operator()(std::string const& a, std::string const& b) const;
 };
 
@@ -63,6 +64,7 @@ struct Options {
 
 /// A multipart form, RFC 7578.
 struct MultiPart {
+    /// A field of the form.
     struct Part {
         /// Name of the form field.
         std::string name;

@@ -14,8 +14,11 @@ namespace Ostrel::Networking {
 /// call from several threads; changes are not synchronised.
 class QORNETWORKING_EXPORT Url {
 public:
+    /// What stands before "@".
     struct UserInfo {
+        /// Without it, a URL with a password is not valid.
         std::string user;
+        /// Empty if there is none.
         std::string password;
     };
 
@@ -37,7 +40,9 @@ public:
 
     /// Without "://".
     [[nodiscard]] std::string protocol() const;
+    /// Both empty if there is none.
     [[nodiscard]] UserInfo userInfo() const;
+    /// Never empty if the URL is valid.
     [[nodiscard]] std::string host() const;
     /// Digits as written, not checked against a range; empty if there is none.
     [[nodiscard]] std::string port() const;
@@ -48,18 +53,21 @@ public:
     /// The query parameters, name to value.
     [[nodiscard]] std::map<std::string, std::string> parameters() const;
 
-    // The setters store any text: none is checked, and none is parsed again.
+    /// Stores any text: none is checked, and none is parsed again.
+    ///@{
     void setProtocol(std::string const& protocol);
     void setUserInfo(UserInfo const& userInfo);
     void setHost(std::string const& host);
     void setPort(std::string const& port);
     void setPath(std::string const& path);
     void setAnchor(std::string const& anchor);
+    ///@}
 
     /// Adds a parameter, or replaces the value of the one with that name.
     void addParameter(std::string const& name, std::string const& value);
+    /// Replaces all parameters.
     void setParameters(std::map<std::string, std::string> const& parameters);
-    /// Takes over the entries of `parameters` and leaves it empty.
+    /// The same, but takes over the entries of `parameters` and leaves it empty.
     void setParameters(std::map<std::string, std::string>&& parameters);
     /// Whether there was a parameter of that name.
     bool removeParameter(std::string const& name);

@@ -8,12 +8,11 @@ namespace Ostrel {
 
 /// Holds a pointer-like value that is never empty, and shares or owns what that value does.
 /// Built implicitly from anything that converts to `T`, so that a function that takes a `NotNull`
-/// is called like one that takes a `T`. Throws `std::invalid_argument` if the value compares equal
-/// to `nullptr`. There is no move: a moved-from value would be empty. Safe to read from several
-/// threads.
+/// is called like one that takes a `T`. Safe to read from several threads.
 template <typename T>
 class NotNull {
 public:
+    /// Throws `std::invalid_argument` if the value compares equal to `nullptr`.
     template <typename U, typename = std::enable_if_t<std::is_convertible_v<U&&, T> &&
                                                       !std::is_same_v<std::decay_t<U>, NotNull>>>
     NotNull(U&& value) : value_(std::forward<U>(value)) {
@@ -22,13 +21,19 @@ public:
         }
     }
 
+    /// There is no move: a moved-from value would be empty.
+    ///@{
     NotNull(NotNull const&) = default;
     NotNull& operator=(NotNull const&) = default;
+    ///@}
 
+    /// Reads the value, which is never empty. References die with this object.
+    ///@{
     [[nodiscard]] T const& get() const { return value_; }
     operator T const&() const { return value_; }
     T const& operator->() const { return value_; }
     decltype(auto) operator*() const { return *value_; }
+    ///@}
 
 private:
     T value_;

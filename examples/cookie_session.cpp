@@ -15,6 +15,7 @@ int main(int argc, char* argv[]) {
         std::cerr << "usage: cookie_session LOGIN_URL PAGE_URL\n";
         return 2;
     }
+    // [snippet]
     // The application keeps the jar, and can look into it or share it with other clients.
     auto const jar = std::make_shared<CookieJar>();
     auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), jar);
@@ -34,4 +35,5 @@ int main(int argc, char* argv[]) {
     Request page;
     page.url = Url(argv[2]);
     std::cout << client->get(page, options).body << '\n';
+    // [/snippet]
 }

@@ -13,6 +13,7 @@ int main(int argc, char* argv[]) {
         std::cerr << "usage: forced_https URL\n";
         return 2;
     }
+    // [snippet]
     auto const client = addForceProtocolAdapter(createHttpClient(HttpClientType::Cpr),
                                                 ForceProtocolSettings::Https);
     Request request;
@@ -20,6 +21,7 @@ int main(int argc, char* argv[]) {
     Options options;
     options.timeout = 10'000'000;  // microseconds
     auto const response = client->get(request, options);
+    // [/snippet]
     if (response.error.code != ErrorCode::Ok) {
         std::cerr << "failed: " << response.error.message << '\n';
         return 1;

@@ -1,5 +1,5 @@
-// Fetches a URL with growing patience: two attempts, then a last one from a mirror over https.
-// Usage: retry_with_fallback URL
+// Fetches a URL with growing patience: two attempts, then a last one from a mirror.
+// Usage: retry_with_fallback URL MIRROR
 
 #include <cstdint>
 #include <iostream>
@@ -10,24 +10,47 @@
 
 using namespace Ostrel::Networking;
 
+namespace {
+
+// [snippet]
+/// An adapter of your own: sends every request to the server of another URL.
+class MirrorAdapter final : public ClientAdapter {
+public:
+    MirrorAdapter(std::shared_ptr<IHttpClient> const& client, Url const& mirror)
+        : ClientAdapter(client), mirror_(mirror) {}
+
+private:
+    Response perform(Request const& request, Options const& options,
+                     Operation const& operation) override {
+        auto sent = request;
+        sent.url.setProtocol(mirror_.protocol());
+        sent.url.setHost(mirror_.host());
+        sent.url.setPort(mirror_.port());
+        return operation(client(), sent, options);
+    }
+
+    Url mirror_;
+};
+// [/snippet]
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
-    if (argc != 2) {
-        std::cerr << "usage: retry_with_fallback URL\n";
+    if (argc != 3) {
+        std::cerr << "usage: retry_with_fallback URL MIRROR\n";
         return 2;
     }
+    // [snippet]
     constexpr std::int64_t SECOND = 1'000'000;  // Timeouts are microseconds.
     std::shared_ptr<IHttpClient> const direct = createHttpClient(HttpClientType::Cpr);
-    // Any client can serve an attempt: here one that goes out over https whatever the URL says.
-    std::shared_ptr<IHttpClient> const fallback =
-        addForceProtocolAdapter(direct, ForceProtocolSettings::Https);
+    auto const mirrored = std::make_shared<MirrorAdapter>(direct, Url(argv[2]));
     auto const client = addRetriesAdapter(
-        direct, {{1 * SECOND, nullptr}, {3 * SECOND, nullptr}, {10 * SECOND, fallback}});
-
+        direct, {{1 * SECOND, nullptr}, {3 * SECOND, nullptr}, {10 * SECOND, mirrored}});
     Request request;
     request.url = Url(argv[1]);
-    Options options;
     // Each attempt starts from the beginning, so collect the body in the response, not in a sink.
-    auto const response = client->get(request, options);
+    auto const response = client->get(request, {});
+    // [/snippet]
     if (response.error.code != ErrorCode::Ok) {
         std::cerr << "failed: " << response.error.message << '\n';
         return 1;

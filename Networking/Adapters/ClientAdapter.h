@@ -24,13 +24,14 @@ protected:
     /// The caller's operation, body included, ready to be applied to a client.
     using Operation = std::function<Response(IHttpClient&, Request const&, Options const&)>;
 
+    /// Shares ownership of `client`, which may be empty only if `perform` never asks for it.
     explicit ClientAdapter(std::shared_ptr<IHttpClient> const& client);
 
     /// The inner client; may be called only if the one given to the constructor was not empty.
     [[nodiscard]] IHttpClient& client() const { return *client_; }
 
 private:
-    /// Runs one call.
+    /// Runs one call: applies `operation` to a client, once or more often, or not at all.
     virtual Response perform(Request const& request, Options const& options,
                              Operation const& operation) = 0;
 

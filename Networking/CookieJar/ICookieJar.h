@@ -10,8 +10,11 @@ namespace Ostrel::Networking {
 
 /// A cookie and the URL that it came from.
 struct Cookie {
+    /// As the server wrote it; goes out percent-encoded.
     std::string name;
+    /// As the server wrote it; goes out percent-encoded, unless it stands in double quotes.
     std::string value;
+    /// Of the request that brought it. Only the host counts.
     Url url;
 };
 
@@ -29,6 +32,7 @@ public:
 
     /// Stores a cookie in place of the one of that name and host.
     virtual void insertCookie(Cookie const& cookie) = 0;
+    /// The same, taking over the contents of `cookie`.
     virtual void insertCookie(Cookie&& cookie) = 0;
 };
 

@@ -1,0 +1,35 @@
+// Sends a report with the text of a log file, as a browser sends a form.
+// Usage: upload_form URL LOG_FILE
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
+#include <Networking/CreateHttpClient.h>
+
+using namespace Ostrel::Networking;
+
+int main(int argc, char* argv[]) {
+    if (argc != 3) {
+        std::cerr << "usage: upload_form URL LOG_FILE\n";
+        return 2;
+    }
+    // [snippet]
+    std::ifstream file(argv[2], std::ios::binary);
+    std::string const log{std::istreambuf_iterator<char>(file), {}};
+    MultiPart const form{{{"subject", "It hangs", ""},
+                          {"system", R"({"cores":8})", "application/json"},
+                          {"log", log, "text/plain"}}};
+    Request request;
+    request.url = Url(argv[1]);
+    Options options;
+    options.timeout = 60'000'000;  // microseconds, the upload included
+    auto const response = createHttpClient(HttpClientType::Cpr)->post(request, form, options);
+    // [/snippet]
+    if (response.error.code != ErrorCode::Ok) {
+        std::cerr << "not sent: " << response.error.message << '\n';
+        return 1;
+    }
+    std::cout << response.statusLine << '\n' << response.body << '\n';
+}

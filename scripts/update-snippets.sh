@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Copies the regions of the examples between "// [snippet]" and "// [/snippet]" into docs/cookbook.md, below the lines
+# "<!-- snippet: NAME -->". With --check it changes nothing, and fails if the page differs from the examples.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+PAGE=docs/cookbook.md
+
+# The regions of an example, an empty line between them, each without the indentation of its first marker.
+snippet_of() {
+    awk '
+        /^ *\/\/ \[snippet\]$/ { if (count++) print ""; indent = match($0, /\//) - 1; inside = 1; next }
+        /^ *\/\/ \[\/snippet\]$/ { inside = 0; next }
+        inside { print substr($0, indent + 1) }
+        END { if (!count || inside) { print FILENAME ": no complete snippet" > "/dev/stderr"; exit 1 } }
+    ' "examples/$1.cpp"
+}
+
+# The page with every snippet as it is now; what stood in the block of code below its marker goes.
+updated_page() {
+    local line marker='^<!-- snippet: ([a-z_]+) -->$'
+    while IFS= read -r line; do
+        printf '%s\n' "$line"
+        [[ $line =~ $marker ]] || continue
+        printf '```cpp\n'
+        snippet_of "${BASH_REMATCH[1]}" || return 1
+        printf '```\n'
+        IFS= read -r line && [[ $line == '```cpp' ]] || fail "no block of code below: ${BASH_REMATCH[0]}"
+        until [[ $line == '```' ]]; do
+            IFS= read -r line || fail "no end of the block of code below: ${BASH_REMATCH[0]}"
+        done
+    done <"$PAGE"
+}
+
+fail() {
+    echo "update-snippets: $*" >&2
+    exit 1
+}
+
+UPDATED=$(updated_page)
+if [ "${1:-}" = --check ]; then
+    diff -u "$PAGE" - <<<"$UPDATED" || fail "$PAGE differs from the examples; run scripts/update-snippets.sh"
+else
+    printf '%s\n' "$UPDATED" >"$PAGE"
+fi
