@@ -18,6 +18,7 @@ enum class ProxyType : std::int32_t {
 /// Which proxy serves a URL. `host` and `port` mean something only if `type` is not
 /// `ProxyType::None`.
 struct ProxyInfo {
+    /// `ProxyType::None` where the URL is served without a proxy.
     ProxyType type = ProxyType::None;
     /// In UTF-8, as its source has it: not checked, and possibly empty.
     std::string host;
