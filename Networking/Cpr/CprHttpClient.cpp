@@ -7,6 +7,7 @@
 #include <utility>
 
 #include <cpr/cpr.h>
+#include <curl/curl.h>
 
 #include "Networking/Cpr/Compatibility.h"
 #include "Networking/Cpr/TransferCallbacks.h"
@@ -14,6 +15,10 @@
 namespace Ostrel::Networking {
 
 namespace {
+
+/// In bytes. libcurl hands a body on in pieces of 16 KiB at most, whatever the size of its buffer;
+/// the default, which is the same, costs a system call for each piece.
+constexpr long RECEIVE_BUFFER_SIZE = 64L * 1024;
 
 /// The URL as libcpr wants it: without the query, which travels as `cpr::Parameters` and is
 /// appended by libcpr, and without the fragment, which never crosses the wire and would swallow the
@@ -63,6 +68,7 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     if (!options.proxy.empty()) {
         session->SetProxies(proxiesFor(url.protocol(), options.proxy));
     }
+    curl_easy_setopt(session->GetCurlHolder()->handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
     if (options.onData) {
         session->SetOption(cpr::WriteCallback(WriteCallback(options), 0));
     }
