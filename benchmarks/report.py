@@ -151,7 +151,7 @@ def escaped(text):
 def picture(rows, title):
     """Bars: the share of its allowance that each figure uses, up to twice the allowance."""
     rows = [row for row in rows if row.target is not None]
-    left, width, step, top = 400, 400, 20, 70
+    left, width, step, top = 440, 400, 20, 70
     limit = left + width / 2
     bottom = top + step * len(rows)
     svg = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {left + width + 20} {bottom + 10}" '
