@@ -193,6 +193,19 @@ TEST(UrlTest, EndsOnLongAndAmbiguousTexts) {
     EXPECT_EQ(Url("p://host/" + repeated("a/", SIZE)).path().size(), SIZE + 1);
 }
 
+TEST(UrlTest, OfManyParametersWithOneNameTheFirstStays) {
+    Parameters expected;
+    std::string text = "proto://host?first=0";
+    expected.emplace("first", "0");
+    for (int i = 0; i < 5'000; ++i) {
+        auto const name = "n" + std::to_string(i * 7919 % 3'000);
+        expected.emplace(name, std::to_string(i));
+        text.append("&").append(name).append("=").append(std::to_string(i));
+    }
+
+    EXPECT_EQ(Url(text).parameters(), expected);
+}
+
 TEST(UrlTest, SettersStoreWhatTheyAreGiven) {
     Url url;
     url.setProtocol("proto");

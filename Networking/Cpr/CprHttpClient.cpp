@@ -17,16 +17,21 @@ namespace Ostrel::Networking {
 
 namespace {
 
+/// In bytes. libcurl hands a body on in pieces of 16 KiB at most, whatever the size of its buffer;
+/// the default, which is the same, costs a system call for each piece.
+constexpr long RECEIVE_BUFFER_SIZE = 64L * 1024;
+
 /// Leaves the steering of the transfer to the call: whatever the environment says, there is no
 /// proxy unless the call sets one, and then for every host; and from the first request to the last
 /// redirect the wire carries HTTP and HTTPS alone. This is the only place that calls libcurl
-/// itself, as libcpr has no option for either.
-void confine(cpr::Session& session) {
+/// itself, as libcpr has no options for this.
+void setupCurlHandle(cpr::Session& session) {
     auto* const handle = session.GetCurlHolder()->handle;
     // Not a null pointer, with which libcurl looks into the environment. libcpr overwrites the
     // proxy if it has one.
     curl_easy_setopt(handle, CURLOPT_PROXY, "");
     curl_easy_setopt(handle, CURLOPT_NOPROXY, "");
+    curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
 #if LIBCURL_VERSION_NUM >= 0x075500  // 7.85.0, which deprecates the older options
     for (auto const option : {CURLOPT_PROTOCOLS_STR, CURLOPT_REDIR_PROTOCOLS_STR}) {
         // In two steps, as a libcurl without TLS refuses a list that names HTTPS, and would stay
@@ -68,7 +73,7 @@ cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
 /// Makes a session that is ready to perform. It refers to `options`, which must outlive it.
 std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options) {
     auto session = std::make_unique<cpr::Session>();
-    confine(*session);
+    setupCurlHandle(*session);
     auto const url = urlForSession(request.url);
     session->SetOption(cpr::Url(url.toString()));
     session->SetOption(parametersOf(request.url));

@@ -1,0 +1,105 @@
+#include "benchmarks/Support/Peers.h"
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+
+#include <cpr/cpr.h>
+#include <curl/curl.h>
+
+namespace Ostrel::Networking::Benchmarks {
+
+namespace {
+
+constexpr long TIMEOUT_MS = 30'000;
+constexpr int MAX_REDIRECTS = 5;
+
+void prepare(cpr::Session& session, std::string const& url) {
+    session.SetUrl(cpr::Url(url));
+    session.SetHeader({{"Accept", "application/json"}, {"Accept-Language", "en"}});
+    session.SetCookies({{"session", "38afes7a8"}, {"theme", "dark"}});
+    session.SetTimeout(std::chrono::milliseconds(TIMEOUT_MS));
+    session.SetRedirect(
+        cpr::Redirect(long{MAX_REDIRECTS}, true, false, cpr::PostRedirectFlags::POST_ALL));
+    session.SetProgressCallback(cpr::ProgressCallback([](auto&&...) { return true; }));
+}
+
+std::size_t append(char* data, std::size_t one, std::size_t size, void* target) {
+    static_cast<std::string*>(target)->append(data, one * size);
+    return one * size;
+}
+
+int carryOn(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) { return 0; }
+
+}  // namespace
+
+Request requestFor(std::string const& url) {
+    Request request;
+    request.url = url;
+    request.headers = {{"Accept", "application/json"}, {"Accept-Language", "en"}};
+    request.cookies = {{"session", "38afes7a8"}, {"theme", "dark"}};
+    return request;
+}
+
+Options standardOptions() {
+    Options options;
+    options.timeout = std::int64_t{TIMEOUT_MS} * 1000;
+    options.followRedirects = true;
+    options.maxRedirects = MAX_REDIRECTS;
+    return options;
+}
+
+std::size_t collectByCpr(std::string const& url) {
+    cpr::Session session;
+    prepare(session, url);
+    return session.Get().text.size();
+}
+
+std::size_t streamByCpr(std::string const& url) {
+    std::size_t size = 0;
+    cpr::Session session;
+    prepare(session, url);
+    session.SetWriteCallback(cpr::WriteCallback([&size](auto const& piece, std::intptr_t) {
+        size += piece.size();
+        return true;
+    }));
+    auto const response = session.Get();
+    return response.error ? 0 : size;
+}
+
+std::size_t collectByCurl(std::string const& url) {
+    std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> const handle(curl_easy_init(),
+                                                                     curl_easy_cleanup);
+    std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> const headers(
+        curl_slist_append(curl_slist_append(nullptr, "Accept: application/json"),
+                          "Accept-Language: en"),
+        curl_slist_free_all);
+    std::string body;
+    std::string head;
+    auto* const curl = handle.get();
+    curl_easy_setopt(curl, CURLOPT_URL, url.c_str());
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
+    curl_easy_setopt(curl, CURLOPT_COOKIEFILE, "");
+    curl_easy_setopt(curl, CURLOPT_COOKIE, "session=38afes7a8; theme=dark");
+    curl_easy_setopt(curl, CURLOPT_ACCEPT_ENCODING, "");
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, TIMEOUT_MS);
+    curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
+    curl_easy_setopt(curl, CURLOPT_MAXREDIRS, long{MAX_REDIRECTS});
+    curl_easy_setopt(curl, CURLOPT_POSTREDIR, long{CURL_REDIR_POST_ALL});
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
+    curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, carryOn);
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, append);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &body);
+    curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, append);
+    curl_easy_setopt(curl, CURLOPT_HEADERDATA, &head);
+    if (curl_easy_perform(curl) != CURLE_OK) {
+        return 0;
+    }
+    curl_slist* cookies = nullptr;
+    curl_easy_getinfo(curl, CURLINFO_COOKIELIST, &cookies);
+    curl_slist_free_all(cookies);
+    return body.size();
+}
+
+}  // namespace Ostrel::Networking::Benchmarks
