@@ -34,10 +34,10 @@ void setupCurlHandle(cpr::Session& session) {
     curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
 #if LIBCURL_VERSION_NUM >= 0x075500  // 7.85.0, which deprecates the older options
     for (auto const option : {CURLOPT_PROTOCOLS_STR, CURLOPT_REDIR_PROTOCOLS_STR}) {
-        // In two steps, as a libcurl without TLS refuses a list that names HTTPS, and would stay
-        // open for all.
-        curl_easy_setopt(handle, option, "http");
-        curl_easy_setopt(handle, option, "http,https");
+        if (curl_easy_setopt(handle, option, "http,https") != CURLE_OK) {
+            // A libcurl without TLS refuses a list that names HTTPS, and would stay open for all.
+            curl_easy_setopt(handle, option, "http");
+        }
     }
 #else
     curl_easy_setopt(handle, CURLOPT_PROTOCOLS, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});

@@ -1,15 +1,14 @@
 #include "Networking/Cpr/WireFormat.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace Ostrel::Networking {
 
 namespace {
 
-using namespace std::string_view_literals;
-
-constexpr auto NUL_OR_LINE_BREAK = "\0\r\n"sv;
-constexpr auto NOT_IN_HEADER_NAME = "\0\r\n: "sv;
+constexpr bool isNulOrLineBreak(char c) { return c == '\0' || c == '\r' || c == '\n'; }
+constexpr bool isUnfitForHeaderName(char c) { return isNulOrLineBreak(c) || c == ':' || c == ' '; }
 
 std::string reasonOf(char c) {
     switch (c) {
@@ -24,13 +23,13 @@ std::string reasonOf(char c) {
     }
 }
 
-/// Why `text`, which is the `field` of `owner`, is refused; empty if it holds none of `unwanted`.
+/// Why `text`, which is the `field` of `owner`, is refused; empty if it is fit.
+template <typename Predicate>
 std::string refusalOfText(std::string_view field, std::string_view owner, std::string_view text,
-                          std::string_view unwanted) {
-    auto const at = text.find_first_of(unwanted);
-    return at == std::string_view::npos
-               ? std::string()
-               : std::string(field).append(owner).append(reasonOf(text[at]));
+                          Predicate isUnfit) {
+    auto const found = std::find_if(text.begin(), text.end(), isUnfit);
+    return found == text.end() ? std::string()
+                               : std::string(field).append(owner).append(reasonOf(*found));
 }
 
 std::string refusalOfNul(std::string_view field, std::string_view owner, std::string_view text) {
@@ -43,25 +42,25 @@ std::string refusalOfHeader(std::string const& name, std::string const& value) {
     if (name.empty()) {
         return "header name is empty";
     }
-    auto const refusal = refusalOfText("header name", "", name, NOT_IN_HEADER_NAME);
+    auto const refusal = refusalOfText("header name", "", name, isUnfitForHeaderName);
     return !refusal.empty() ? refusal
-                            : refusalOfText("value of header ", name, value, NUL_OR_LINE_BREAK);
+                            : refusalOfText("value of header ", name, value, isNulOrLineBreak);
 }
 
 /// libcpr sends a value in double quotes as it is, and all others percent-encoded.
 std::string refusalOfCookie(std::string const& name, std::string const& value) {
     auto const isSentAsIs = !value.empty() && value.front() == '"' && value.back() == '"';
-    return isSentAsIs ? refusalOfText("value of cookie ", name, value, NUL_OR_LINE_BREAK)
+    return isSentAsIs ? refusalOfText("value of cookie ", name, value, isNulOrLineBreak)
                       : std::string();
 }
 
 std::string refusalOfPart(MultiPart::Part const& part) {
-    if (auto refusal = refusalOfText("part name", "", part.name, NUL_OR_LINE_BREAK);
+    if (auto refusal = refusalOfText("part name", "", part.name, isNulOrLineBreak);
         !refusal.empty()) {
         return refusal;
     }
     auto const refusal =
-        refusalOfText("content type of part ", part.name, part.contentType, NUL_OR_LINE_BREAK);
+        refusalOfText("content type of part ", part.name, part.contentType, isNulOrLineBreak);
     return !refusal.empty() ? refusal : refusalOfNul("value of part ", part.name, part.value);
 }
 
@@ -74,17 +73,21 @@ Url urlForSession(Url url) {
 }
 
 std::string refusalOf(Request const& request, Options const& options) {
-    if (auto refusal = refusalOfNul("URL", "", urlForSession(request.url).toString());
-        !refusal.empty()) {
+    // Parameters and anchor may hold NUL, so only a text that does is looked at without them.
+    auto refusal = refusalOfNul("URL", "", request.url.toString());
+    if (!refusal.empty()) {
+        refusal = refusalOfNul("URL", "", urlForSession(request.url).toString());
+    }
+    if (!refusal.empty()) {
         return refusal;
     }
     for (auto const& [name, value] : request.headers) {
-        if (auto refusal = refusalOfHeader(name, value); !refusal.empty()) {
+        if (refusal = refusalOfHeader(name, value); !refusal.empty()) {
             return refusal;
         }
     }
     for (auto const& [name, value] : request.cookies) {
-        if (auto refusal = refusalOfCookie(name, value); !refusal.empty()) {
+        if (refusal = refusalOfCookie(name, value); !refusal.empty()) {
             return refusal;
         }
     }
