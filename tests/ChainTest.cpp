@@ -12,7 +12,7 @@
 #include "Networking/AddAdapter.h"
 #include "Networking/CookieJar/CookieJar.h"
 #include "Networking/CreateHttpClient.h"
-#include "tests/Support/LocalServer.h"
+#include "examples/LocalServer.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -35,7 +35,7 @@ private:
 
 TEST(ChainTest, RemembersCookiesOverAttemptsThatTimeOut) {
     std::atomic<bool> isLastAttempt{false};
-    Testing::LocalServer server([&](auto const& request, auto& response) {
+    LocalServer server([&](auto const& request, auto& response) {
         if (request.path == "/login") {
             response.set_header("Set-Cookie", "sid=7; Path=/");
         } else if (request.path == "/late" && !isLastAttempt) {
@@ -74,7 +74,7 @@ TEST(ChainTest, RemembersCookiesOverAttemptsThatTimeOut) {
 TEST(ChainTest, ServesManyThreadsWhileTheJarIsEditedAndCallsAreCancelled) {
     constexpr int THREADS = 16;
     constexpr int CALLS = 25;
-    Testing::LocalServer server([](auto const& request, auto& response) {
+    LocalServer server([](auto const& request, auto& response) {
         response.set_header("Set-Cookie", "last=" + request.path.substr(1));
         response.set_content(request.path, "text/plain");
     });

@@ -9,14 +9,13 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/Support/LocalServer.h"
+#include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {
 namespace {
 
 using ::testing::ElementsAre;
-using Testing::LocalServer;
 using Testing::operations;
 using ::testing::Pair;
 

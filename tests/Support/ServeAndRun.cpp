@@ -6,14 +6,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "tests/Support/LocalServer.h"
+#include "examples/LocalServer.h"
 
 int main(int argc, char* argv[]) {
     if (argc < 2) {
         std::cerr << "usage: ServeAndRun COMMAND [ARGUMENT...]\n";
         return 2;
     }
-    Ostrel::Networking::Testing::LocalServer const server;
+    LocalServer const server;
     auto url = server.url();
     std::vector<char*> command(argv + 1, argv + argc);
     command.push_back(url.data());

@@ -1,9 +1,7 @@
-#include "tests/Support/LocalServer.h"
+#include "examples/LocalServer.h"
 
-#include <chrono>
+#include <stdexcept>
 #include <utility>
-
-namespace Ostrel::Networking::Testing {
 
 LocalServer::LocalServer(Handler handler, std::unique_ptr<httplib::Server> server)
     : handler_(std::move(handler)), server_(std::move(server)) {
@@ -18,6 +16,9 @@ LocalServer::LocalServer(Handler handler, std::unique_ptr<httplib::Server> serve
     server_->Post(".*", answer);
     server_->set_keep_alive_max_count(1);
     port_ = server_->bind_to_any_port("127.0.0.1");
+    if (port_ < 0) {
+        throw std::runtime_error("no free port on 127.0.0.1");
+    }
     thread_ = std::thread([this] { server_->listen_after_bind(); });
     while (!server_->is_running()) {
         std::this_thread::yield();
@@ -39,9 +40,9 @@ std::vector<httplib::Request> LocalServer::requests() const {
     return requests_;
 }
 
-void LocalServer::stall() {
+void LocalServer::stall(std::chrono::seconds limit) {
     std::unique_lock lock(mutex_);
-    released_.wait_for(lock, std::chrono::seconds(20), [this] { return isReleased_; });
+    released_.wait_for(lock, limit, [this] { return isReleased_; });
 }
 
 void LocalServer::release() {
@@ -49,5 +50,3 @@ void LocalServer::release() {
     isReleased_ = true;
     released_.notify_all();
 }
-
-}  // namespace Ostrel::Networking::Testing

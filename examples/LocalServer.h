@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <memory>
@@ -10,15 +11,15 @@
 
 #include <httplib.h>
 
-namespace Ostrel::Networking::Testing {
-
-/// An HTTP server inside the test, on a free port of 127.0.0.1. Records every request, then lets
-/// the handler answer it. The handler runs on threads of the server.
+/// An HTTP server inside this process, on a free port of 127.0.0.1, for the demo and the tests.
+/// Records every request that no route of the server takes, then lets the handler answer it.
+/// Handlers run on threads of the server.
 class LocalServer {
 public:
     using Handler = std::function<void(httplib::Request const&, httplib::Response&)>;
 
-    /// The server that does the work may be a `httplib::SSLServer`.
+    /// The server that does the work may be a `httplib::SSLServer`, or have routes of its own.
+    /// Throws `std::runtime_error` if there is no free port.
     explicit LocalServer(
         Handler handler = [](auto const&, auto&) {},
         std::unique_ptr<httplib::Server> server = std::make_unique<httplib::Server>());
@@ -31,9 +32,8 @@ public:
     [[nodiscard]] std::string url(std::string const& path = "/") const;
     [[nodiscard]] std::vector<httplib::Request> requests() const;
 
-    /// Keeps a handler from answering until `release`, or the end of the server, 20 seconds at
-    /// most.
-    void stall();
+    /// Keeps a handler from answering until `release`, or the end of the server, or of `limit`.
+    void stall(std::chrono::seconds limit = std::chrono::seconds(20));
     void release();
 
 private:
@@ -46,5 +46,3 @@ private:
     std::vector<httplib::Request> requests_;
     std::thread thread_;
 };
-
-}  // namespace Ostrel::Networking::Testing
