@@ -91,7 +91,7 @@ TEST(AdaptersTest, PassOnWhatIsNotTheirs) {
             auto const client = addAdapter(inner);
             EXPECT_EQ(inner.use_count(), 2) << "the adapter shares the inner client";
             inner->answer(answer);
-            inner->answer({{}, "thrown inside"});
+            inner->fail("thrown inside");
             auto const requestBefore = fieldsOf(request);
 
             EXPECT_EQ(fieldsOf(call(*client, request, options)), fieldsOf(answer.response));
@@ -268,7 +268,7 @@ TEST(CookieJarAdapterTest, StoresTheCookiesOfEveryResponseUnderTheUrlOfTheReques
     EXPECT_THAT(stored(), ElementsAre("b=2 " + url, "sid=3 " + url));
     EXPECT_THAT(inner->calls()[1].request.cookies, ElementsAre(Pair("b", "2"), Pair("sid", "1")));
 
-    inner->answer({{}, "thrown inside"});
+    inner->fail("thrown inside");
     EXPECT_THROW((void)client->get(request, {}), std::logic_error);
     inner->answer(ErrorCode::Ok);
     (void)client->get(request, {});

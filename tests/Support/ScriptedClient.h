@@ -49,6 +49,8 @@ public:
         answer(std::move(scripted));
     }
 
+    void fail(std::string exception) { answers_.emplace_back().exception = std::move(exception); }
+
     [[nodiscard]] std::vector<Call> const& calls() const { return calls_; }
 
     Response get(Request const& request, Options const& options) override {
