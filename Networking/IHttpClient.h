@@ -23,8 +23,8 @@ public:
     /// Performs a HEAD.
     [[nodiscard]] virtual Response head(Request const& request, Options const& options) = 0;
 
-    /// Performs a POST of the bytes of `body` as they are. Its media type is the caller's header
-    /// "Content-Type".
+    /// Performs a POST of the bytes of `body` as they are. Their media type is the caller's header
+    /// "Content-Type"; without one the transport says "application/x-www-form-urlencoded".
     [[nodiscard]] virtual Response post(Request const& request, std::string const& body,
                                         Options const& options) = 0;
 

@@ -11,8 +11,9 @@
 
 namespace Ostrel::Networking {
 
-/// Orders header names without regard to the letter case of ASCII, as RFC 9110, section 5.1, has
-/// it; other bytes compare by their unsigned values.
+/// Orders header names without regard to letter case, as RFC 9110, section 5.1, has it, by the C
+/// library's `tolower`: in the locale of the process, which must not change while maps with this
+/// ordering live. In the classic one, bytes above 127 compare by their unsigned values.
 struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
     /// Whether `a` comes before `b`.
     bool operator()(std::string const& a, std::string const& b) const;
@@ -38,7 +39,8 @@ struct Options {
     /// In seconds.
     std::int32_t lowSpeedTime = 0;
     /// Time limit of the whole transfer, in microseconds; passed on in milliseconds, truncated
-    /// toward zero. 0 is no limit.
+    /// toward zero. Below 1000 there is no limit but the transport's own on connecting, 300 seconds
+    /// with libcurl.
     std::int64_t timeout = 0;
     /// Whether redirects are followed. A POST stays a POST.
     bool followRedirects = false;

@@ -28,7 +28,7 @@ public:
     /// Parses `url` as a whole; a text that is not an absolute URL gives the all-empty value. Of
     /// query parameters with the same name the first stays. Takes time linear in the length of
     /// `url`, for every text. Throws only if memory runs out. Implicit, as a `Url` is meant to
-    /// stand wherever its text does.
+    /// stand wherever a `std::string` with its text does.
     Url(std::string const& url);
 
     /// The URL as one text, its parameters in order of their names; empty if the URL is not valid.

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what building, testing and checking the library needs on Debian and its derivatives.
+# Installs what building, testing and checking the library needs on Debian 12 and newer.
 # Does nothing where everything is present. Works as root or through sudo.
 set -euo pipefail
 
@@ -29,7 +29,7 @@ as_root() {
 }
 
 is_installed() {
-    [ "$(dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+    dpkg-query -W -f '${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed
 }
 
 missing_of() {

@@ -76,7 +76,9 @@ TEST(ChainTest, ServesManyThreadsWhileTheJarIsEditedAndCallsAreCancelled) {
     constexpr int CALLS = 25;
     LocalServer server([](auto const& request, auto& response) {
         response.set_header("Set-Cookie", "last=" + request.path.substr(1));
-        response.set_content(request.path, "text/plain");
+        // Of a type that the server does not compress: libcurl 7.88 leaks the state of its decoder
+        // if a call is cancelled at its very end.
+        response.set_content(request.path, "application/octet-stream");
     });
     auto const jar = std::make_shared<CookieJar>();
     auto const chain = addRetriesAdapter(

@@ -243,10 +243,10 @@ TEST(CprHttpClientTest, IgnoresHalfALowSpeedPairAndATimeoutBelowAMillisecond) {
 }
 
 TEST(CprHttpClientTest, ReportsFailuresOfTheTransportAsValues) {
-    auto const refused = std::make_unique<LocalServer>()->url();
     for (auto const& [url, code] : std::vector<std::pair<std::string, ErrorCode>>{
-             {refused, ErrorCode::ConnectionFailure},
-             {"http://host.invalid/", ErrorCode::HostResolutionFailure},
+             {"http://127.0.0.1:1/", ErrorCode::ConnectionFailure},
+             {"http://" + std::string(64, 'a') + ".test/",
+              ErrorCode::HostResolutionFailure},  // No look-up: the label is too long.
              {"http://127.0.0.1:99999/",
               ErrorCode::InvalidUrlFormat},  // libcurl has no text for it.
              {"proto://127.0.0.1/", ErrorCode::UnsupportedProtocol},

@@ -15,6 +15,9 @@ namespace Ostrel::Networking {
 /// Throws what the inner client throws.
 class QORNETWORKING_EXPORT ClientAdapter : public IHttpClient {
 public:
+    ClientAdapter(ClientAdapter const&) = delete;
+    ClientAdapter& operator=(ClientAdapter const&) = delete;
+
     Response get(Request const& request, Options const& options) final;
     Response head(Request const& request, Options const& options) final;
     Response post(Request const& request, std::string const& body, Options const& options) final;

@@ -11,7 +11,7 @@ namespace Ostrel::Networking {
 
 /// One attempt of a call.
 struct Retry {
-    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout`.
+    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout`, and means the same.
     std::int64_t timeout = 0;
     /// The client that performs the attempt, shared; empty for the inner client of the adapter.
     std::shared_ptr<IHttpClient> client;

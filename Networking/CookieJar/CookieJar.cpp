@@ -38,8 +38,8 @@ public:
 private:
     static std::string cookieId(Cookie const& cookie) { return cookie.url.host() + cookie.name; }
 
-    mutable std::mutex mutex_;
     std::map<std::string, Cookie> cookies_;
+    mutable std::mutex mutex_;  // Guards `cookies_`.
 };
 
 CookieJar::CookieJar() : impl_(std::make_unique<Impl>()) {}

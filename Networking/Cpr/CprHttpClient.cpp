@@ -4,6 +4,8 @@
 #include <initializer_list>
 #include <map>
 #include <memory>
+#include <stdexcept>
+#include <string>
 #include <utility>
 
 #include <cpr/cpr.h>
@@ -21,28 +23,37 @@ namespace {
 /// the default, which is the same, costs a system call for each piece.
 constexpr long RECEIVE_BUFFER_SIZE = 64L * 1024;
 
+/// Throws `std::runtime_error` if libcurl refuses: rather no transfer than one without the option.
+template <typename Value>
+void setCurlOption(CURL* handle, CURLoption option, Value value) {
+    if (auto const code = curl_easy_setopt(handle, option, value); code != CURLE_OK) {
+        throw std::runtime_error(std::string("libcurl: ") + curl_easy_strerror(code));
+    }
+}
+
 /// Leaves the steering of the transfer to the call: whatever the environment says, there is no
-/// proxy unless the call sets one, and then for every host; and from the first request to the last
-/// redirect the wire carries HTTP and HTTPS alone. This is the only place that calls libcurl
-/// itself, as libcpr has no options for this.
+/// proxy unless the call sets one, and then for every host; from the first request to the last
+/// redirect the wire carries HTTP and HTTPS alone; and the signal handlers of the process stay as
+/// they are. This is the only place that calls libcurl itself, as libcpr has no options for this.
 void setupCurlHandle(cpr::Session& session) {
     auto* const handle = session.GetCurlHolder()->handle;
     // Not a null pointer, with which libcurl looks into the environment. libcpr overwrites the
     // proxy if it has one.
-    curl_easy_setopt(handle, CURLOPT_PROXY, "");
-    curl_easy_setopt(handle, CURLOPT_NOPROXY, "");
-    curl_easy_setopt(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
-#if LIBCURL_VERSION_NUM >= 0x075500  // 7.85.0, which deprecates the older options
-    for (auto const option : {CURLOPT_PROTOCOLS_STR, CURLOPT_REDIR_PROTOCOLS_STR}) {
-        if (curl_easy_setopt(handle, option, "http,https") != CURLE_OK) {
-            // A libcurl without TLS refuses a list that names HTTPS, and would stay open for all.
-            curl_easy_setopt(handle, option, "http");
-        }
+    setCurlOption(handle, CURLOPT_PROXY, "");
+    setCurlOption(handle, CURLOPT_NOPROXY, "");
+    // Otherwise libcurl exchanges the handler of SIGPIPE during a transfer, which threads see of
+    // each other.
+    setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
+    setCurlOption(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
+    // Deprecated, but known to every libcurl. The options that replace it are refused by one that
+    // is older than the headers this is compiled with, as it happens where the system brings
+    // libcurl.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+    for (auto const option : {CURLOPT_PROTOCOLS, CURLOPT_REDIR_PROTOCOLS}) {
+        setCurlOption(handle, option, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
     }
-#else
-    curl_easy_setopt(handle, CURLOPT_PROTOCOLS, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
-    curl_easy_setopt(handle, CURLOPT_REDIR_PROTOCOLS, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
-#endif
+#pragma GCC diagnostic pop
 }
 
 cpr::Parameters parametersOf(Url const& url) {

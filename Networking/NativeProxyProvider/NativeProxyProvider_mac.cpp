@@ -1,9 +1,14 @@
+#include "Networking/NativeProxyProvider/NativeProxyProvider.h"
+
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <exception>
 #include <iterator>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -12,7 +17,6 @@
 #include <SystemConfiguration/SystemConfiguration.h>
 #include <glog/logging.h>
 
-#include "Networking/NativeProxyProvider/NativeProxyProvider.h"
 #include "Networking/Url.h"
 
 namespace Ostrel::Networking {

@@ -11,6 +11,10 @@
 #include <sys/time.h>
 #include <unistd.h>
 
+#ifndef MSG_NOSIGNAL
+#define MSG_NOSIGNAL 0  // As on macOS.
+#endif
+
 namespace Ostrel::Networking::Testing {
 
 std::string Connection::readRequest() {
@@ -60,7 +64,7 @@ void Connection::waitForClose() {
 }
 
 RawServer::RawServer(std::function<void(Connection&)> handler)
-    : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -89,7 +93,7 @@ RawServer::~RawServer() {
 
 void RawServer::serve() {
     for (;;) {
-        auto const socket = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+        auto const socket = accept(listener_, nullptr, nullptr);
         {
             std::lock_guard const lock(mutex_);
             if (socket < 0 || isStopping_) {
