@@ -148,22 +148,20 @@ TEST(EnvironmentTest, LeavesTheProxyOfTheCall) {
 TEST(EnvironmentTest, KeepsItsSignalHandlers) {
     // libcurl, if it is let, ignores SIGPIPE while it transfers, and threads restore each other's
     // exchange.
-    auto const handlerOf = [] {
-        struct sigaction action {};
-        sigaction(SIGPIPE, nullptr, &action);
-        return action.sa_handler;
-    };
-    auto const before = handlerOf();
-    ASSERT_NE(before, SIG_IGN);
+    auto* const own = +[](int) {};
+    auto* const former = signal(SIGPIPE, own);
     RawServer server(answering(EMPTY_OK));
     auto options = patient();
     int polls = 0;
     options.isCancelled = [&] {
-        EXPECT_EQ(handlerOf(), before);
+        struct sigaction current {};
+        sigaction(SIGPIPE, nullptr, &current);
+        EXPECT_EQ(current.sa_handler, own);
         return ++polls, false;
     };
     EXPECT_EQ(get(server.url(), options).statusCode, 200);
     EXPECT_GT(polls, 0);
+    signal(SIGPIPE, former);
 }
 
 TEST(ProtocolTest, IsHttpFromTheFirstRequestToTheLastRedirect) {
