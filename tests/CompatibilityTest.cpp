@@ -57,48 +57,58 @@ TEST(ErrorCodeTest, ConvertsEveryGroupedOutcome) {
 }
 
 #define OUTCOME(name, code) \
-    { static_cast<int>(cpr::ErrorCode::name), ErrorCode::code }
+    { static_cast<int>(Outcome::name), ErrorCode::code }
+
+/// A template so that only a release that has these names compiles them.
+template <typename Outcome>
+void expectEverySingleOutcomeConverted() {
+    if constexpr (!HasGroupedOutcomes<Outcome>::value) {
+        std::map<int, ErrorCode> special = {
+            OUTCOME(OK, Ok),
+            OUTCOME(COULDNT_CONNECT, ConnectionFailure),
+            OUTCOME(GOT_NOTHING, EmptyResponse),
+            OUTCOME(COULDNT_RESOLVE_HOST, HostResolutionFailure),
+            OUTCOME(URL_MALFORMAT, InvalidUrlFormat),
+            OUTCOME(RECV_ERROR, NetworkReceiveError),
+            OUTCOME(SEND_ERROR, NetworkSendFailure),
+            OUTCOME(OPERATION_TIMEDOUT, OperationTimedOut),
+            OUTCOME(COULDNT_RESOLVE_PROXY, ProxyResolutionFailure),
+            OUTCOME(SSL_CONNECT_ERROR, SslConnectError),
+            OUTCOME(SSL_CERTPROBLEM, SslLocalCertificateError),
+            OUTCOME(PEER_FAILED_VERIFICATION, SslRemoteCertificateError),
+            OUTCOME(SSL_CACERT_BADFILE, GenericSslError),
+            OUTCOME(SSL_CRL_BADFILE, GenericSslError),
+            OUTCOME(SSL_ISSUER_ERROR, GenericSslError),
+            OUTCOME(SSL_ENGINE_NOTFOUND, GenericSslError),
+            OUTCOME(SSL_ENGINE_SETFAILED, GenericSslError),
+            OUTCOME(SSL_ENGINE_INITFAILED, GenericSslError),
+            OUTCOME(SSL_CIPHER, GenericSslError),
+            OUTCOME(USE_SSL_FAILED, GenericSslError),
+            OUTCOME(SSL_SHUTDOWN_FAILED, GenericSslError),
+            OUTCOME(UNSUPPORTED_PROTOCOL, UnsupportedProtocol),
+            OUTCOME(ABORTED_BY_CALLBACK, RequestCancelled),
+            OUTCOME(WRITE_ERROR, RequestCancelled),
+            OUTCOME(TOO_MANY_REDIRECTS, TooManyRedirects),
+            OUTCOME(UNKNOWN_ERROR, UnknownError)};
+        if (CPR_VERSION_NUM == 0x10b00) {  // This release reports a body cut short in this way.
+            special[static_cast<int>(Outcome::UNKNOWN_ERROR)] = ErrorCode::InternalError;
+        }
+        for (int value = -3; value <= 1003; ++value) {
+            auto const found = special.find(value);
+            auto const isDefined = value >= 0 && value <= static_cast<int>(Outcome::TOO_LARGE);
+            auto const expected = found != special.end() ? static_cast<int>(found->second)
+                                  : isDefined ? static_cast<int>(ErrorCode::InternalError)
+                                              : -1;
+            EXPECT_EQ(convert<Outcome>(value), expected) << value;
+        }
+    }
+}
 
 TEST(ErrorCodeTest, ConvertsEveryOutcomeOfTheInstalledRelease) {
     if (HasGroupedOutcomes<cpr::ErrorCode>::value) {
         GTEST_SKIP() << "this release groups its outcomes";
     }
-    std::map<int, ErrorCode> const special = {
-        OUTCOME(OK, Ok),
-        OUTCOME(COULDNT_CONNECT, ConnectionFailure),
-        OUTCOME(GOT_NOTHING, EmptyResponse),
-        OUTCOME(COULDNT_RESOLVE_HOST, HostResolutionFailure),
-        OUTCOME(URL_MALFORMAT, InvalidUrlFormat),
-        OUTCOME(RECV_ERROR, NetworkReceiveError),
-        OUTCOME(SEND_ERROR, NetworkSendFailure),
-        OUTCOME(OPERATION_TIMEDOUT, OperationTimedOut),
-        OUTCOME(COULDNT_RESOLVE_PROXY, ProxyResolutionFailure),
-        OUTCOME(SSL_CONNECT_ERROR, SslConnectError),
-        OUTCOME(SSL_CERTPROBLEM, SslLocalCertificateError),
-        OUTCOME(PEER_FAILED_VERIFICATION, SslRemoteCertificateError),
-        OUTCOME(SSL_CACERT_BADFILE, GenericSslError),
-        OUTCOME(SSL_CRL_BADFILE, GenericSslError),
-        OUTCOME(SSL_ISSUER_ERROR, GenericSslError),
-        OUTCOME(SSL_ENGINE_NOTFOUND, GenericSslError),
-        OUTCOME(SSL_ENGINE_SETFAILED, GenericSslError),
-        OUTCOME(SSL_ENGINE_INITFAILED, GenericSslError),
-        OUTCOME(SSL_CIPHER, GenericSslError),
-        OUTCOME(USE_SSL_FAILED, GenericSslError),
-        OUTCOME(SSL_SHUTDOWN_FAILED, GenericSslError),
-        OUTCOME(UNSUPPORTED_PROTOCOL, UnsupportedProtocol),
-        OUTCOME(ABORTED_BY_CALLBACK, RequestCancelled),
-        OUTCOME(WRITE_ERROR, RequestCancelled),
-        OUTCOME(TOO_MANY_REDIRECTS, TooManyRedirects),
-        OUTCOME(UNKNOWN_ERROR, UnknownError)};
-    constexpr auto LAST = static_cast<int>(cpr::ErrorCode::TOO_LARGE);
-    for (int value = -3; value <= 1003; ++value) {
-        auto const found = special.find(value);
-        auto const expected = found != special.end() ? static_cast<int>(found->second)
-                              : value >= 0 && value <= LAST
-                                  ? static_cast<int>(ErrorCode::InternalError)
-                                  : -1;
-        EXPECT_EQ(convert<cpr::ErrorCode>(value), expected) << value;
-    }
+    expectEverySingleOutcomeConverted<cpr::ErrorCode>();
 }
 
 TEST(LowSpeedTest, TakesTheTimeInTheFormOfTheRelease) {

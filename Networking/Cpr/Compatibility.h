@@ -9,7 +9,7 @@
 
 #include "Networking/Response.h"
 
-/// What differs between the releases of libcpr, 1.9 to 1.15. Features are detected by type: the
+/// What differs between the releases of libcpr, 1.9 to 1.15. Features are detected by type, as the
 /// version macro of several releases is wrong. The functions are templates over a type of libcpr so
 /// that only the branch that fits is compiled.
 namespace Ostrel::Networking::Compatibility {
@@ -127,8 +127,14 @@ ErrorCode errorCodeOfSingle(Outcome outcome) {
             return ErrorCode::RequestCancelled;
         case Outcome::TOO_MANY_REDIRECTS:
             return ErrorCode::TooManyRedirects;
+#if CPR_VERSION_NUM == 0x10b00  // Correct for this release, 1.11.0.
+        case Outcome::OBSOLETE46:
+        case Outcome::UNKNOWN_ERROR:  // A body that was cut short, among others.
+            return ErrorCode::InternalError;
+#else
         case Outcome::UNKNOWN_ERROR:
             return ErrorCode::UnknownError;
+#endif
         case Outcome::AGAIN:
         case Outcome::AUTH_ERROR:
         case Outcome::BAD_CONTENT_ENCODING:

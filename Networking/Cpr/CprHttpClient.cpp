@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <initializer_list>
-#include <map>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -77,8 +76,7 @@ cpr::Cookies cookiesOf(Request const& request) {
 /// libcpr selects proxies by the protocol of the request.
 cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
     Url const url(proxy);
-    return cpr::Proxies(
-        std::map<std::string, std::string>{{protocol, url.host() + ":" + url.port()}});
+    return cpr::Proxies{{protocol, url.host() + ":" + url.port()}};
 }
 
 /// Makes a session that is ready to perform. It refers to `options`, which must outlive it.
