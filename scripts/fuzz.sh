@@ -21,4 +21,4 @@ fuzz() {
 SECONDS_EACH=${1:-30}
 fuzz UrlFuzzer url -dict=../../fuzz/url.dict
 fuzz LastModifiedFuzzer last-modified
-fuzz ResponseFuzzer response
+fuzz ResponseHeadFuzzer response-head

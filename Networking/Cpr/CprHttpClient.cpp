@@ -11,6 +11,7 @@
 #include <curl/curl.h>
 
 #include "Networking/Cpr/Compatibility.h"
+#include "Networking/Cpr/ResponseHead.h"
 #include "Networking/Cpr/TransferCallbacks.h"
 #include "Networking/Cpr/WireFormat.h"
 
@@ -30,23 +31,24 @@ void setCurlOption(CURL* handle, CURLoption option, Value value) {
     }
 }
 
-/// Leaves the steering of the transfer to the call: whatever the environment says, there is no
-/// proxy unless the call sets one, and then for every host; from the first request to the last
-/// redirect the wire carries HTTP and HTTPS alone; and the signal handlers of the process stay as
-/// they are. This is the only place that calls libcurl itself, as libcpr has no options for this.
+/// Makes the transfer depend only on the arguments of the call. Whatever the environment says,
+/// there is no proxy unless the call sets one, and that proxy serves every host. Only HTTP and
+/// HTTPS are used, redirects included. The signal handlers of the process stay as they are. Calls
+/// libcurl itself, as libcpr has no options for this.
 void setupCurlHandle(cpr::Session& session) {
     auto* const handle = session.GetCurlHolder()->handle;
-    // Not a null pointer, with which libcurl looks into the environment. libcpr overwrites the
-    // proxy if it has one.
+    // With a null pointer libcurl would look into the environment. libcpr overwrites the proxy if
+    // it has one.
     setCurlOption(handle, CURLOPT_PROXY, "");
     setCurlOption(handle, CURLOPT_NOPROXY, "");
-    // Otherwise libcurl exchanges the handler of SIGPIPE during a transfer, which threads see of
-    // each other.
+    // What a proxy answers to CONNECT is not a response to the request.
+    setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    // Otherwise libcurl replaces the handler of SIGPIPE during a transfer, which other threads see.
     setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
     setCurlOption(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
-    // Deprecated, but known to every libcurl. The options that replace it are refused by one that
-    // is older than the headers this is compiled with, as it happens where the system brings
-    // libcurl.
+    // Deprecated, but known to every libcurl. The options that replace it are refused by a libcurl
+    // older than the headers that this is compiled with, which happens where the system's libcurl
+    // is loaded.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     for (auto const option : {CURLOPT_PROTOCOLS, CURLOPT_REDIR_PROTOCOLS}) {
@@ -88,6 +90,10 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     session->SetOption(parametersOf(request.url));
     session->SetOption(cpr::Header(request.headers.begin(), request.headers.end()));
     session->SetOption(cookiesOf(request));
+    if (request.cookies.empty()) {
+        // libcpr makes an empty text of an empty list, and libcurl a "Cookie" line of that text.
+        setCurlOption(session->GetCurlHolder()->handle, CURLOPT_COOKIE, nullptr);
+    }
     session->SetOption(cpr::Timeout(std::chrono::milliseconds(options.timeout / 1000)));
     session->SetOption(cpr::Redirect(long{options.maxRedirects}, options.followRedirects, false,
                                      cpr::PostRedirectFlags::POST_ALL));
@@ -104,14 +110,16 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     return session;
 }
 
-/// Takes over what `response` holds. Of headers and cookies with the same name the first stays.
+/// Moves the fields of `response` into a `Response`. If names of cookies are equal, the first value
+/// is kept. The head is read from its raw text: libcpr's own fields mix the heads of a transfer.
 Response responsefromCprFormat(cpr::Response&& response) {
+    auto head = readResponseHead(response.raw_header);
     Response result;
     result.statusCode = static_cast<std::int32_t>(response.status_code);
-    result.statusLine = std::move(response.status_line);
-    result.reason = std::move(response.reason);
+    result.statusLine = std::move(head.statusLine);
+    result.reason = std::move(head.reason);
     result.body = std::move(response.text);
-    result.headers.merge(response.header);
+    result.headers = std::move(head.headers);
     for (auto cookie = response.cookies.cbegin(); cookie != response.cookies.cend(); ++cookie) {
         result.cookies.emplace(cookie->GetName(), cookie->GetValue());
     }
@@ -126,9 +134,9 @@ Response refused(std::string reason) {
     return response;
 }
 
-/// The road of all four operations; `perform` adds the body and gives libcpr's response. That
-/// response keeps the connection open, so it is gone before the session is, and both are before
-/// this returns.
+/// Runs one operation: checks the request, sets up a session, performs it, converts the result.
+/// `perform` adds the body and returns libcpr's response. That response keeps the connection open,
+/// so it is destroyed before the session is, and both are before this returns.
 template <typename Perform>
 Response transfer(Request const& request, Options const& options, Perform perform,
                   std::string formRefusal = {}) {

@@ -1,0 +1,94 @@
+#include "Networking/Cpr/ResponseHead.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include <strings.h>
+
+namespace Ostrel::Networking {
+
+namespace {
+
+constexpr std::string_view BLANKS = " \t";
+constexpr std::string_view DIGITS = "0123456789";
+constexpr auto NONE = std::string_view::npos;
+
+/// Takes the first line off `text`, without its "\n".
+std::string_view takeLine(std::string_view& text) {
+    auto const end = std::min(text.find('\n'), text.size());
+    auto const line = text.substr(0, end);
+    text.remove_prefix(std::min(end + 1, text.size()));
+    return line;
+}
+
+std::string_view trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
+    return text.substr(0, text.find_last_not_of(" \t\r") + 1);
+}
+
+/// The reason in a status line such as "HTTP/1.1 404 Not Found"; nothing if `line` is not one. Like
+/// libcurl, accepts any letter case and more than one blank.
+std::optional<std::string_view> reasonOf(std::string_view line) {
+    if (line.size() < 5 || strncasecmp(line.data(), "HTTP/", 5) != 0) {
+        return std::nullopt;
+    }
+    auto const versionEnd = line.find_first_not_of("0123456789.", 5);
+    auto const code = line.find_first_not_of(BLANKS, versionEnd);
+    auto const codeEnd = line.find_first_not_of(DIGITS, code);
+    if (versionEnd == 5 || code == NONE || code == versionEnd || code == codeEnd) {
+        return std::nullopt;
+    }
+    return trimmed(line.substr(std::min(codeEnd, line.size())));
+}
+
+/// Adds a header, unless its name is present. Returns its value, for folded lines to continue; null
+/// if they are to be dropped with the header.
+std::string* addHeader(std::string_view line, ResponseHead& head) {
+    auto const colon = line.find(':');
+    if (colon == NONE) {
+        return nullptr;
+    }
+    auto const [header, isNew] =
+        head.headers.emplace(line.substr(0, colon), trimmed(line.substr(colon + 1)));
+    return isNew ? &header->second : nullptr;
+}
+
+void appendFold(std::string_view line, std::string* value) {
+    auto const text = trimmed(line);
+    if (value && !text.empty()) {
+        value->append(value->empty() ? "" : " ").append(text);
+    }
+}
+
+}  // namespace
+
+ResponseHead readResponseHead(std::string_view rawHeads) {
+    ResponseHead complete;
+    std::optional<ResponseHead> open;
+    std::string* foldable = nullptr;
+    while (!rawHeads.empty()) {
+        auto const line = takeLine(rawHeads);
+        // Trailers may look like a head. The status line behind them is known by what it lacks: a
+        // header has a colon.
+        auto const canBegin = !open || line.find(':') == NONE;
+        auto const reason = canBegin ? reasonOf(line) : std::nullopt;
+        if (reason) {
+            open = ResponseHead{std::string(trimmed(line)), std::string(*reason), {}};
+            foldable = nullptr;
+        } else if (open && (line.empty() || line.front() == '\r')) {
+            complete = *std::move(open);
+            open.reset();
+        } else if (open && BLANKS.find(line.front()) != NONE) {
+            appendFold(line, foldable);
+        } else if (open) {
+            foldable = addHeader(line, *open);
+        }
+    }
+    // A head that no empty line ends was cut short, or consists of the trailers of a body in
+    // chunks.
+    auto const isCutShort = open && complete.headers.count("Transfer-Encoding") == 0;
+    return isCutShort ? *std::move(open) : complete;
+}
+
+}  // namespace Ostrel::Networking
