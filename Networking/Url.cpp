@@ -1,37 +1,10 @@
 #include "Networking/Url.h"
 
-#include <algorithm>
-#include <cstddef>
-#include <string_view>
 #include <utility>
-#include <vector>
 
 #include "Networking/UrlParser.h"
 
 namespace Ostrel::Networking {
-
-namespace {
-
-/// From about this length on, in bytes, it is faster to sort the items, which lie side by side,
-/// than to look for the place of each in a map that outgrows the processor's caches.
-constexpr std::size_t LONG_QUERY = std::size_t{16} * 1024;
-
-/// The items in the order in which a map is filled from one end to the other. Items with the same
-/// name keep their order, by their places in the text.
-std::vector<QueryItem> sortedItems(std::string_view query) {
-    std::vector<QueryItem> items;
-    items.reserve(static_cast<std::size_t>(std::count(query.begin(), query.end(), '=')));
-    while (!query.empty()) {
-        items.push_back(takeQueryItem(query));
-    }
-    std::sort(items.begin(), items.end(), [](auto const& a, auto const& b) {
-        auto const order = a.name.compare(b.name);
-        return order != 0 ? order < 0 : a.name.data() < b.name.data();
-    });
-    return items;
-}
-
-}  // namespace
 
 Url::Url(std::string const& url) {
     auto const components = parseUrl(url);
@@ -45,18 +18,10 @@ Url::Url(std::string const& url) {
     port_ = components->port;
     path_ = components->path;
     anchor_ = components->anchor;
-    // The hint makes names that come in order cheap. An entry that is present stays.
-    auto const add = [this](QueryItem const& item) {
-        parameters_.emplace_hint(parameters_.end(), item.name, item.value);
-    };
     auto query = components->query;
-    if (query.size() >= LONG_QUERY) {
-        auto const items = sortedItems(query);
-        std::for_each(items.begin(), items.end(), add);
-        return;
-    }
     while (!query.empty()) {
-        add(takeQueryItem(query));
+        auto const [name, value] = takeQueryItem(query);
+        parameters_.emplace(name, value);  // A name that is present keeps its value.
     }
 }
 

@@ -31,9 +31,10 @@ CookieJarAdapter::CookieJarAdapter(std::shared_ptr<IHttpClient> const& client,
 
 Response CookieJarAdapter::perform(Request const& request, Options const& options,
                                    Operation const& operation) {
+    auto const selection = jar_->cookiesForUrl(request.url);
     auto sent = request;
     sent.cookies.clear();
-    fillMapWithCookies(sent.cookies, jar_->cookiesForUrl(request.url));
+    fillMapWithCookies(sent.cookies, selection);
     auto response = operation(client(), sent, options);
     addCookiesToJar(response.cookies, request.url, jar_);
     return response;
