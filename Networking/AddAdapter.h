@@ -13,26 +13,27 @@
 #include "Ostrel/NotNull.h"
 
 /// @file
-/// The factories of the adapters. Each wraps a client, of which the adapter shares ownership, and
-/// gives the adapter, which the caller owns and can wrap again. `NotNull` throws
+/// The factories of the adapters. Each wraps a client, whose ownership the adapter shares, and
+/// returns the adapter, which the caller owns and can wrap again. `NotNull` throws
 /// `std::invalid_argument` if the client is empty.
 namespace Ostrel::Networking {
 
-/// Wraps `client` so that it remembers cookies in `jar`, whose ownership is shared; an empty `jar`
-/// gives the adapter one of its own.
+/// Wraps `client` so that it remembers cookies in `jar`. Shares ownership of `jar`; if that is
+/// empty, the adapter has a jar of its own.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addCookieJarAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::shared_ptr<ICookieJar> const& jar);
 
-/// Wraps `client` so that calls which time out are repeated along `retries`.
+/// Wraps `client` so that calls that time out are repeated, with one attempt for each entry of
+/// `retries`, the first attempt included.
 /// Throws `std::runtime_error` if `retries` is empty.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addRetriesAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::vector<Retry> const& retries);
 
-/// Wraps `client` so that every request goes out with the protocol that `settings` names.
+/// Wraps `client` so that every request is sent with the protocol that `settings` names.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addForceProtocolAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, ForceProtocolSettings settings);
 
-/// Wraps `client` so that every request goes out through the system's proxy for its URL.
+/// Wraps `client` so that every request is sent through the system's proxy for its URL.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addSystemProxyAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client);
 

@@ -8,10 +8,10 @@
 
 namespace Ostrel::Networking {
 
-/// Makes a client, which the caller owns. The stub answers every call at once with an empty
-/// `Response` whose outcome is `ErrorCode::Ok`; it looks at no argument and calls no callback, so
-/// an application runs with its networking switched off. Throws `std::runtime_error` if `type` is
-/// none of the enumerators.
+/// Creates a client, which the caller owns. The stub answers every call at once with an empty
+/// `Response` whose outcome is `ErrorCode::Ok`. It ignores all arguments and calls no callback, so
+/// that an application can run with its networking switched off. Throws `std::runtime_error` if
+/// `type` is none of the enumerators.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> createHttpClient(
     HttpClientType type);
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// Marks what a shared library of this project exports; all else stays hidden.
+/// Marks a declaration that the shared library exports. All others are hidden.
 #define QORNETWORKING_EXPORT __attribute__((visibility("default")))
 
-/// Marks a class nested in an exported one that is not exported with it.
+/// Marks a class that is nested in an exported class but is not exported itself.
 #define QORNETWORKING_HIDDEN __attribute__((visibility("hidden")))

@@ -14,9 +14,8 @@ std::time_t Response::getLastModified() const {
     if (header == headers.end()) {
         return 0;
     }
-    // Fields that the text does not give stay zero. The flag for daylight saving always does, so
-    // that the offset from the true instant is the same all year, and no hour is skipped or
-    // ambiguous.
+    // Fields that the text does not set stay zero. So does the flag for daylight saving: then the
+    // offset from the true instant is the same all year, and no hour is skipped or ambiguous.
     std::tm time{};
     std::istringstream(header->second) >> std::get_time(&time, "%a, %d %b %Y %T %Z");
     return std::mktime(&time);

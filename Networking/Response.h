@@ -10,13 +10,13 @@
 
 namespace Ostrel::Networking {
 
-/// How a transfer ended. An HTTP error status is a completed transfer, so it comes with `Ok`.
+/// How a transfer ended. A transfer that brought an HTTP error status is completed, so it is `Ok`.
 enum class ErrorCode : std::int32_t {
     Ok = 0,                          ///< Completed; see `Response::statusCode`.
     ConnectionFailure = 1,           ///< No connection could be made.
     EmptyResponse = 2,               ///< The server sent nothing.
     HostResolutionFailure = 3,       ///< The host name could not be resolved.
-    InternalError = 4,               ///< Failure in the transport; broken messages, too.
+    InternalError = 4,               ///< Failure in the transport, or a malformed response.
     InvalidUrlFormat = 5,            ///< The transport rejected the URL.
     NetworkReceiveError = 6,         ///< Failure while receiving.
     NetworkSendFailure = 7,          ///< Failure while sending.
@@ -26,48 +26,52 @@ enum class ErrorCode : std::int32_t {
     SslLocalCertificateError = 11,   ///< Problem with the local client certificate.
     SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
     GenericSslError = 13,            ///< Any other TLS failure.
-    UnsupportedProtocol = 14,        ///< The transport does not support the scheme.
-    RequestCancelled = 15,           ///< Ended by `Options::isCancelled`.
-    TooManyRedirects = 16,           ///< More redirects than allowed.
-    UnknownError = 1000,             ///< Any other failure of the transport.
-    NotPerformed = 1001,             ///< Nothing was sent.
+    UnsupportedProtocol = 14,        ///< The scheme is not supported, or the answer is not HTTP.
+    RequestCancelled = 15,  ///< Ended by `isCancelled`, or the body could not be passed on.
+    TooManyRedirects = 16,  ///< More redirects than allowed.
+    UnknownError = 1000,    ///< Any other failure of the transport.
+    NotPerformed = 1001,    ///< Nothing was sent.
 };
 
 /// Outcome of a transfer.
 struct Error {
-    /// `NotPerformed` until a client answers.
+    /// `NotPerformed` until a client sets it.
     ErrorCode code = ErrorCode::NotPerformed;
     /// The transport's own text for the failure, or why the request was refused; may be empty.
     std::string message;
 };
 
-/// The answer to one call. Look at `error` first: a failed transfer may carry a status code and a
+/// The result of one call. Look at `error` first: a failed transfer may have a status code and a
 /// part of a body.
 struct Response {
-    /// HTTP status code of the final response; 0 if there was none.
+    /// HTTP status code of the last response received; 0 if there was none. After a redirect to a
+    /// server that cannot be reached, that is the status of the redirect; the same holds for
+    /// `headers`, `statusLine` and `reason`.
     std::int32_t statusCode = 0;
-    /// Empty if `Options::onData` took it.
+    /// Empty if `Options::onData` received it.
     std::string body;
-    /// Name to value, of the final response.
+    /// Headers of the last response received, name to value. If a name repeats, the first value is
+    /// kept. Trailers are not included.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
-    /// Cookies that the server set during the call, name to value. Domain, path, expiry and flags
-    /// are not kept.
+    /// Cookies that servers set during the call, name to value; domain, path, expiry and flags are
+    /// not kept. If a cookie is set repeatedly for one host, the last value is listed. A cookie
+    /// that a server deletes, with "Max-Age=0" for example, may still be listed.
     std::map<std::string, std::string> cookies;
     /// How the transfer ended.
     Error error;
-    /// The status line of the final response, as in "HTTP/1.1 200 OK".
+    /// The status line of the last response received, such as "HTTP/1.1 200 OK".
     std::string statusLine;
-    /// The reason phrase of the status line.
+    /// The text after the status code in `statusLine`; empty if there is none, as in HTTP/2.
     std::string reason;
 
     /// The time in the header "Last-Modified", in seconds since the Unix epoch; 0 if there is no
-    /// such header, or if the transfer failed. HTTP dates are in GMT (RFC 9110, section 5.6.7), but
-    /// the fields are read as standard local time, as the C library has no portable way to read
-    /// them otherwise. So set the time zone of the process to UTC for the true instant; in any
-    /// other zone the result is off by the zone's offset without daylight saving. A malformed date
-    /// gives what `mktime` makes of the fields up to the fault. Names of months and days are those
-    /// of the global locale at the time of the call. Safe to call from several threads while
-    /// neither locale nor zone changes.
+    /// such header or if the transfer failed. HTTP dates are in GMT (RFC 9110, section 5.6.7), but
+    /// the fields are read as standard local time, because the C library has no portable way to
+    /// read them otherwise. So set the time zone of the process to UTC to get the true instant; in
+    /// any other zone the result is off by the zone's offset without daylight saving. A malformed
+    /// date gives what `mktime` makes of the fields before the error, which may be -1. Names of
+    /// months and days are those of the global locale at the time of the call. Safe to call from
+    /// several threads while neither locale nor zone changes.
     [[nodiscard]] QORNETWORKING_EXPORT std::time_t getLastModified() const;
 };
 

@@ -11,56 +11,66 @@
 
 namespace Ostrel::Networking {
 
-/// Orders header names without regard to letter case, as RFC 9110, section 5.1, has it, by the C
-/// library's `tolower`: in the locale of the process, which must not change while maps with this
-/// ordering live. In the classic one, bytes above 127 compare by their unsigned values.
+/// Orders header names without regard to letter case (RFC 9110, section 5.1), byte by byte through
+/// the C library's `tolower`. That uses the locale of the process, which must not change while maps
+/// with this ordering live. In the classic locale, bytes above 127 compare by their unsigned
+/// values.
 struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
-    /// Whether `a` comes before `b`.
+    /// Whether `a` orders before `b`.
     bool operator()(std::string const& a, std::string const& b) const;
 };
 
-/// What to ask for, and where. The caller owns it; it must outlive the call.
+/// The target of a call, and the headers and cookies to send. The caller owns it; it must outlive
+/// the call.
 struct Request {
-    /// Target, query parameters included. A request whose URL is not valid is never sent.
+    /// The target. A request whose URL is not valid is never sent. The fragment is not sent. Names
+    /// and values of query parameters are percent-encoded when they are sent, whatever they hold: a
+    /// "%20" that was parsed goes out as "%2520". So add decoded values through
+    /// `Url::addParameter`. A parameter with an empty value goes out as its name alone, without
+    /// "=".
     Url url;
-    /// Name to value. An empty value sends the header empty.
+    /// Name to value. A header with an empty value is sent without a value. A header "Cookie" is
+    /// sent in place of all of `cookies`.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
-    /// Name to value. Sent whatever the host, to the targets of redirects too. Names and values go
-    /// out percent-encoded, except a value in double quotes.
+    /// Name to value. Sent to every host, including the targets of redirects. Names and values are
+    /// percent-encoded, except a value in double quotes.
     std::map<std::string, std::string> cookies;
 };
 
 /// Limits, proxy and callbacks of one call. The caller owns it; it must outlive the call and not
 /// change during it. The callbacks run on the thread that made the call and must not throw.
 struct Options {
-    /// In bytes per second. A transfer that stays below it for `lowSpeedTime` ends as
-    /// `ErrorCode::OperationTimedOut`. Both must be above 0, or neither has an effect.
+    /// In bytes per second. A transfer that is slower than this for `lowSpeedTime` ends as
+    /// `ErrorCode::OperationTimedOut`. Has no effect unless both are above 0.
     std::int32_t lowSpeedLimit = 0;
     /// In seconds.
     std::int32_t lowSpeedTime = 0;
     /// Time limit of the whole transfer, in microseconds; passed on in milliseconds, truncated
-    /// toward zero. Below 1000 there is no limit but the transport's own on connecting, 300 seconds
-    /// with libcurl.
+    /// toward zero. Below 1000 there is no limit except the transport's own limit on connecting,
+    /// which is 300 seconds.
     std::int64_t timeout = 0;
     /// Whether redirects are followed. A POST stays a POST.
     bool followRedirects = false;
-    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`; -1 is
-    /// no limit.
+    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`. With
+    /// -1 there is no limit; below -1 the limit is libcpr's own, 50.
     std::int32_t maxRedirects = 0;
     /// Minimum time between two calls of `onProgress`, in microseconds.
     std::int64_t progressInterval = 0;
-    /// URL of a proxy, with scheme, host and port, of which host and port are used; empty for none.
+    /// URL of a proxy with scheme, host and port, of which only host and port are used; empty for
+    /// no proxy. If the port is missing or the text is not a URL, the call ends as
+    /// `ErrorCode::ProxyResolutionFailure`.
     std::string proxy;
-    /// Polled at every piece of data, and about once a second while none arrives; true ends the
-    /// transfer as `ErrorCode::RequestCancelled`. Must be safe to call from the thread that made
-    /// the call. May be empty.
+    /// Polled before every piece that is given to `onData`, and at every progress event of the
+    /// transport, which come at least about once a second. Returning true ends the transfer as
+    /// `ErrorCode::RequestCancelled`. May be empty.
     std::function<bool()> isCancelled;
-    /// Progress of the download, in bytes as transferred, before they are decompressed: at most
-    /// once in `progressInterval`, only if the announced total is at least 1024, and only when the
-    /// count has changed. May be empty.
+    /// Reports the progress of the download in bytes as transferred, that is before they are
+    /// decompressed. Called at most once in `progressInterval`, only if the announced total is at
+    /// least 1024, and only when the count has changed. On a fast link, more than a megabyte may
+    /// arrive between two progress events of the transport. May be empty.
     std::function<void(std::int64_t downloaded, std::int64_t total)> onProgress;
-    /// Sink of the response body. If set, it gets every piece as it arrives and `Response::body`
-    /// stays empty. May be empty.
+    /// Sink of the response body. If set, it receives every piece as it arrives, and
+    /// `Response::body` stays empty. May be empty.
     std::function<void(std::string chunk)> onData;
 };
 
@@ -76,7 +86,7 @@ struct MultiPart {
         std::string contentType;
     };
 
-    /// In the order in which they are sent.
+    /// Sent in this order.
     std::vector<Part> parts;
 };
 

@@ -9,14 +9,14 @@ namespace Ostrel::Networking {
 
 /// An absolute URL, split into its parts. Parts are plain byte strings, returned and printed as
 /// they were parsed or set: nothing is percent-encoded or decoded, no case is folded, nothing is
-/// normalised. Only the query is restructured, into a map ordered by name; that map, too, holds
-/// what stood in the text, so a "%20" stays a "%20". A regular value. Const operations are safe to
-/// call from several threads; changes are not synchronised.
+/// normalised. The query becomes a map ordered by name; its names and values are also kept as
+/// written, so a "%20" stays a "%20". Const operations are safe to call from several threads;
+/// changes are not synchronised.
 class QORNETWORKING_EXPORT Url {
 public:
-    /// What stands before "@".
+    /// The part of a URL before "@".
     struct UserInfo {
-        /// Without it, a URL with a password is not valid.
+        /// A URL that has a password but no user is not valid.
         std::string user;
         /// Empty if there is none.
         std::string password;
@@ -25,35 +25,37 @@ public:
     /// An all-empty URL, which is not valid.
     Url() = default;
 
-    /// Parses `url` as a whole; a text that is not an absolute URL gives the all-empty value. Of
-    /// query parameters with the same name the first stays. Takes time linear in the length of
-    /// `url`, for every text. Throws only if memory runs out. Implicit, as a `Url` is meant to
-    /// stand wherever a `std::string` with its text does.
+    /// Parses the whole of `url`; a text that is not an absolute URL gives the all-empty value. If
+    /// a parameter name repeats, the first value is kept. Parsing takes time linear in the length
+    /// of `url` for every text; ordering n parameters by name then takes n log n comparisons.
+    /// Throws only if memory runs out. Implicit, so that a `std::string` can be passed where a
+    /// `Url` is expected.
     Url(std::string const& url);
 
-    /// The URL as one text, its parameters in order of their names; empty if the URL is not valid.
+    /// The URL as one text, with the parameters in order of their names; empty if the URL is not
+    /// valid.
     [[nodiscard]] std::string toString() const;
 
     /// Whether there is a protocol and a host, and a user if there is a password. True for every
-    /// text that parsed.
+    /// text that was parsed.
     [[nodiscard]] bool isValid() const;
 
-    /// Without "://".
+    /// Copies of the parts, as parsed or as set; empty if absent. Parsing takes the protocol
+    /// without
+    /// "://", the port as its digits, unchecked, the path with its leading "/", and the anchor,
+    /// which is the fragment, without "#".
+    ///@{
     [[nodiscard]] std::string protocol() const;
-    /// Both empty if there is none.
     [[nodiscard]] UserInfo userInfo() const;
-    /// Never empty if the URL is valid.
     [[nodiscard]] std::string host() const;
-    /// Digits as written, not checked against a range; empty if there is none.
     [[nodiscard]] std::string port() const;
-    /// With its leading "/"; empty if there is none.
     [[nodiscard]] std::string path() const;
-    /// The fragment, without "#".
     [[nodiscard]] std::string anchor() const;
-    /// The query parameters, name to value.
+    ///@}
+    /// A copy of the query parameters, name to value.
     [[nodiscard]] std::map<std::string, std::string> parameters() const;
 
-    /// Stores any text: none is checked, and none is parsed again.
+    /// Stores the text as it is: it is neither checked nor parsed.
     ///@{
     void setProtocol(std::string const& protocol);
     void setUserInfo(UserInfo const& userInfo);
@@ -67,9 +69,9 @@ public:
     void addParameter(std::string const& name, std::string const& value);
     /// Replaces all parameters.
     void setParameters(std::map<std::string, std::string> const& parameters);
-    /// The same, but takes over the entries of `parameters` and leaves it empty.
+    /// Replaces all parameters with the entries of `parameters`, which is left empty.
     void setParameters(std::map<std::string, std::string>&& parameters);
-    /// Whether there was a parameter of that name.
+    /// Removes the parameter of that name. Returns false if there was none.
     bool removeParameter(std::string const& name);
 
 private:

@@ -6,9 +6,9 @@
 
 namespace Ostrel {
 
-/// Holds a pointer-like value that is never empty, and shares or owns what that value does.
-/// Built implicitly from anything that converts to `T`, so that a function that takes a `NotNull`
-/// is called like one that takes a `T`. Safe to read from several threads.
+/// Holds a pointer-like value that is never empty. Ownership is that of the value. Built implicitly
+/// from anything that converts to `T`, so that a function that takes a `NotNull` is called like one
+/// that takes a `T`. Safe to read from several threads.
 template <typename T>
 class NotNull {
 public:
@@ -21,13 +21,13 @@ public:
         }
     }
 
-    /// There is no move: a moved-from value would be empty.
+    /// Copies only, as a move would leave an empty value behind.
     ///@{
     NotNull(NotNull const&) = default;
     NotNull& operator=(NotNull const&) = default;
     ///@}
 
-    /// Reads the value, which is never empty. References die with this object.
+    /// The value, which is never empty. References to it are valid as long as this object lives.
     ///@{
     [[nodiscard]] T const& get() const { return value_; }
     operator T const&() const { return value_; }

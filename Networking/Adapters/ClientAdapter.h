@@ -9,10 +9,10 @@
 
 namespace Ostrel::Networking {
 
-/// Base of the adapters, which add one behaviour to an inner client: routes all four operations
-/// through `perform`, so that the behaviour is written once. Shares ownership of the inner client.
-/// Immutable after construction, so as safe to call from several threads as the inner client is.
-/// Throws what the inner client throws.
+/// Base of the adapters, each of which adds one behaviour to an inner client. Routes all four
+/// operations through `perform`, so that the behaviour is written once. Shares ownership of the
+/// inner client. Immutable after construction, so as safe to call from several threads as the inner
+/// client. Throws what the inner client throws.
 class QORNETWORKING_EXPORT ClientAdapter : public IHttpClient {
 public:
     ClientAdapter(ClientAdapter const&) = delete;
@@ -24,17 +24,17 @@ public:
     Response post(Request const& request, MultiPart const& multiPart, Options const& options) final;
 
 protected:
-    /// The caller's operation, body included, ready to be applied to a client.
+    /// The caller's operation, bound to its body, ready to be applied to a client.
     using Operation = std::function<Response(IHttpClient&, Request const&, Options const&)>;
 
     /// Shares ownership of `client`, which may be empty only if `perform` never asks for it.
     explicit ClientAdapter(std::shared_ptr<IHttpClient> const& client);
 
-    /// The inner client; may be called only if the one given to the constructor was not empty.
+    /// The inner client. Must not be called if the one given to the constructor was empty.
     [[nodiscard]] IHttpClient& client() const { return *client_; }
 
 private:
-    /// Runs one call: applies `operation` to a client, once or more often, or not at all.
+    /// Runs one call: applies `operation` to a client once, several times or not at all.
     virtual Response perform(Request const& request, Options const& options,
                              Operation const& operation) = 0;
 

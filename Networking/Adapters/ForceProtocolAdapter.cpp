@@ -6,7 +6,7 @@ namespace Ostrel::Networking {
 
 namespace {
 
-// Strings because `Url::setProtocol` takes one by reference: none is made for a call.
+// `Url::setProtocol` takes a string by reference, so none has to be made for each call.
 std::string const HTTP = "http";
 std::string const HTTPS = "https";
 

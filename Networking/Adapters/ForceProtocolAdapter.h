@@ -8,13 +8,13 @@
 
 namespace Ostrel::Networking {
 
-/// The protocol that a `ForceProtocolAdapter` forces. Any other value forces none.
+/// The protocol that a `ForceProtocolAdapter` forces. A value that is not listed forces none.
 enum class ForceProtocolSettings : std::int32_t {
     Http = 0,
     Https = 1,
 };
 
-/// Sends every request with one protocol, whatever protocol its URL has. Nothing else of the URL
+/// Sends every request with one protocol, whatever protocol its URL has. No other part of the URL
 /// changes: an explicit port stays, and none is added.
 class QORNETWORKING_EXPORT ForceProtocolAdapter final : public ClientAdapter {
 public:

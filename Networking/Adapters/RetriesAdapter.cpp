@@ -6,7 +6,8 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// Gives `client`, for the base to hold: the plan is looked at before anything is stored.
+/// Returns `client`, which the base class stores. Checks the plan first, so that nothing is stored
+/// if it is empty.
 std::shared_ptr<IHttpClient> const& clientForPlan(std::shared_ptr<IHttpClient> const& client,
                                                   std::vector<Retry> const& retries) {
     if (retries.empty()) {

@@ -11,17 +11,17 @@ namespace Ostrel::Networking {
 
 /// One attempt of a call.
 struct Retry {
-    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout`, and means the same.
+    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout` and has its meaning.
     std::int64_t timeout = 0;
-    /// The client that performs the attempt, shared; empty for the inner client of the adapter.
+    /// The client that performs the attempt, shared; if empty, the inner client of the adapter.
     std::shared_ptr<IHttpClient> client;
 };
 
-/// Repeats a call that ends as `ErrorCode::OperationTimedOut`, and on no other outcome, along a
-/// plan with one entry for each attempt, the first included. The next attempt starts at once; the
-/// response of the last one is returned as it is. Everything is repeated: a POST is sent again, and
-/// `Options::onData` and `Options::onProgress` are called from the start again, so a sink must cope
-/// with pieces of an attempt that failed.
+/// Repeats a call that ends as `ErrorCode::OperationTimedOut`; any other outcome ends the call. The
+/// plan has one entry for each attempt, the first included. The next attempt starts at once. The
+/// response of the last attempt is returned unchanged. Everything is repeated: a POST is sent
+/// again, and `Options::onData` and `Options::onProgress` start again, so a sink must cope with
+/// pieces of an attempt that failed.
 class QORNETWORKING_EXPORT RetriesAdapter final : public ClientAdapter {
 public:
     /// Shares ownership of `client`, which may be empty if every entry names a client of its own.

@@ -13,8 +13,7 @@ public:
         auto const host = url.host();
         std::vector<Cookie> selected;
         std::lock_guard const lock(mutex_);
-        // The ids that start with the host are neighbours, and the first of them is not less than
-        // the host.
+        // The ids that start with the host are adjacent, from the first one not less than the host.
         for (auto entry = cookies_.lower_bound(host);
              entry != cookies_.end() && entry->first.compare(0, host.size(), host) == 0; ++entry) {
             selected.push_back(entry->second);

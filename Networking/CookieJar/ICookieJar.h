@@ -8,31 +8,31 @@
 
 namespace Ostrel::Networking {
 
-/// A cookie and the URL that it came from.
+/// A cookie and the URL that it belongs to. Name and value are held as the server wrote them; what
+/// the transport makes of them is described at `Request::cookies`.
 struct Cookie {
-    /// As the server wrote it; goes out percent-encoded.
     std::string name;
-    /// As the server wrote it; goes out percent-encoded, unless it stands in double quotes.
     std::string value;
-    /// Of the request that brought it. Only the host counts.
+    /// URL of the request whose response set the cookie.
     Url url;
 };
 
-/// A store of cookies, shared by clients and threads. Implementations must be safe to call from
+/// A store of cookies, shared by clients and threads. Which cookies belong to a URL, and which
+/// cookies count as the same, is for the implementation to decide; it must be safe to call from
 /// several threads.
 class QORNETWORKING_EXPORT ICookieJar {
 public:
     virtual ~ICookieJar() = default;
 
-    /// Copies of the cookies that belong to `url`.
+    /// Returns copies of the cookies that belong to `url`.
     [[nodiscard]] virtual std::vector<Cookie> cookiesForUrl(Url const& url) const = 0;
 
-    /// Removes the cookie of that name and host, whatever its value; gives whether there was one.
+    /// Removes the stored cookie that is the same as `cookie`. Returns false if there was none.
     virtual bool deleteCookie(Cookie const& cookie) = 0;
 
-    /// Stores a cookie in place of the one of that name and host.
+    /// Stores a copy of `cookie` in place of the stored cookie that is the same.
     virtual void insertCookie(Cookie const& cookie) = 0;
-    /// The same, taking over the contents of `cookie`.
+    /// Stores `cookie` likewise, moving its contents.
     virtual void insertCookie(Cookie&& cookie) = 0;
 };
 

@@ -8,7 +8,7 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// Downloads below this total, in bytes, are over before a report is of use.
+/// Downloads below this total, in bytes, end before a report is of use.
 constexpr std::uint64_t MIN_REPORTED_TOTAL = 1024;
 
 }  // namespace

@@ -9,7 +9,7 @@
 
 namespace Ostrel::Networking {
 
-/// Whether the caller wants the transfer to end. Never empty, unlike `Options::isCancelled`.
+/// Returns `Options::isCancelled`, or a function that returns false if that is empty.
 [[nodiscard]] std::function<bool()> cancellationCheck(Options const& options);
 
 /// Moves the pieces of a body into `Options::onData`. Does not own the `Options`, which must
@@ -19,8 +19,8 @@ public:
     /// `options` must have an `onData`.
     explicit WriteCallback(Options const& options);
 
-    /// Gives false if the transfer is to be aborted. There are two because libcpr passes a string
-    /// up to its release 1.10, and a view from 1.11 on.
+    /// Returns false to abort the transfer. libcpr passes a string up to its release 1.10, and a
+    /// view from 1.11 on.
     bool operator()(std::string chunk, std::intptr_t userData);
     bool operator()(std::string_view chunk, std::intptr_t userData);
 
@@ -35,7 +35,7 @@ class ProgressCallback {
 public:
     explicit ProgressCallback(Options const& options);
 
-    /// Gives false if the transfer is to be aborted. All figures are bytes.
+    /// Returns false to abort the transfer. All figures are bytes.
     bool operator()(std::int64_t downloadTotal, std::int64_t downloadNow, std::int64_t uploadTotal,
                     std::int64_t uploadNow, std::intptr_t userData);
 

@@ -23,7 +23,7 @@ std::string reasonOf(char c) {
     }
 }
 
-/// Why `text`, which is the `field` of `owner`, is refused; empty if it is fit.
+/// Why `text`, the `field` of `owner`, is refused; empty if it is not.
 template <typename Predicate>
 std::string refusalOfText(std::string_view field, std::string_view owner, std::string_view text,
                           Predicate isUnfit) {
@@ -47,7 +47,7 @@ std::string refusalOfHeader(std::string const& name, std::string const& value) {
                             : refusalOfText("value of header ", name, value, isNulOrLineBreak);
 }
 
-/// libcpr sends a value in double quotes as it is, and all others percent-encoded.
+/// libcpr sends a value in double quotes unchanged and percent-encodes all others.
 std::string refusalOfCookie(std::string const& name, std::string const& value) {
     auto const isSentAsIs = !value.empty() && value.front() == '"' && value.back() == '"';
     return isSentAsIs ? refusalOfText("value of cookie ", name, value, isNulOrLineBreak)
@@ -73,7 +73,7 @@ Url urlForSession(Url url) {
 }
 
 std::string refusalOf(Request const& request, Options const& options) {
-    // Parameters and anchor may hold NUL, so only a text that does is looked at without them.
+    // NUL is allowed in parameters and anchor, so a text that contains it is checked without them.
     auto refusal = refusalOfNul("URL", "", request.url.toString());
     if (!refusal.empty()) {
         refusal = refusalOfNul("URL", "", urlForSession(request.url).toString());

@@ -4,21 +4,21 @@
 
 #include "Networking/Types.h"
 
-/// What of a request crosses the wire, and whether it can. libcpr and libcurl pass most texts on as
-/// C strings and do not look at line breaks: a NUL cuts a text, silently, and a line break in a
-/// header starts the next one (RFC 9110, section 5.5). Such requests are refused before they are
+/// What of a request is sent, and whether it can be sent. libcpr and libcurl pass most texts on as
+/// C strings and do not look at line breaks: a NUL silently cuts a text, and a line break in a
+/// header starts another header (RFC 9110, section 5.5). Such requests are refused before they are
 /// sent.
 namespace Ostrel::Networking {
 
-/// The URL as libcpr wants it: without the query, which travels as `cpr::Parameters` and is
-/// appended by libcpr, and without the fragment, which never crosses the wire and would swallow the
-/// query that is appended to it.
+/// The URL in the form that libcpr expects: without the query, which libcpr appends from
+/// `cpr::Parameters`, and without the fragment, which is never sent and would swallow the query
+/// that is appended to it.
 [[nodiscard]] Url urlForSession(Url url);
 
-/// Why a request cannot be sent as it is, naming the field and the reason; empty if it can.
+/// Why a request cannot be sent unchanged, with the name of the field; empty if it can be sent.
 [[nodiscard]] std::string refusalOf(Request const& request, Options const& options);
 
-/// The same for a form.
+/// Why a form cannot be sent unchanged; empty if it can be sent.
 [[nodiscard]] std::string refusalOf(MultiPart const& multiPart);
 
 }  // namespace Ostrel::Networking

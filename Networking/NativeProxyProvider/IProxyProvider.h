@@ -7,7 +7,7 @@
 
 namespace Ostrel::Networking {
 
-/// The kinds of proxies, by the protocol of the URLs that they serve.
+/// The kind of a proxy, named after the protocol of the URLs that it serves.
 enum class ProxyType : std::int32_t {
     None = 0,
     Http = 1,
@@ -15,14 +15,14 @@ enum class ProxyType : std::int32_t {
     Socks = 4,
 };
 
-/// Which proxy serves a URL. `host` and `port` mean something only if `type` is not
+/// The proxy that serves a URL. `host` and `port` have a meaning only if `type` is not
 /// `ProxyType::None`.
 struct ProxyInfo {
-    /// `ProxyType::None` where the URL is served without a proxy.
+    /// `ProxyType::None` if the URL is served without a proxy.
     ProxyType type = ProxyType::None;
-    /// In UTF-8, as its source has it: not checked, and possibly empty.
+    /// In UTF-8, unchecked, possibly empty.
     std::string host;
-    /// As its source has it: not checked against the range of ports.
+    /// Not checked against the range of ports.
     std::int32_t port = 0;
 };
 
@@ -31,7 +31,7 @@ class QORNETWORKING_EXPORT IProxyProvider {
 public:
     virtual ~IProxyProvider() = default;
 
-    /// The proxy for the URL with the text `url`.
+    /// Returns the proxy for the URL whose text is `url`.
     [[nodiscard]] virtual ProxyInfo getProxy(std::string const& url) const = 0;
 };
 

@@ -8,11 +8,11 @@
 
 namespace Ostrel::Networking {
 
-/// Answers from the proxy settings of macOS, read anew for every call; on other systems there is no
-/// proxy. URLs with the protocols "http", "https" and "socks", in lower case, have an entry each,
-/// taken as soon as all of it is present: its enable flag may be 0, its host must be ASCII.
-/// Automatic configuration (PAC) and lists of exceptions are not consulted. Safe to call from
-/// several threads.
+/// Answers from the proxy settings of macOS, which are read for every call; on other systems there
+/// is no proxy. The settings have one entry each for URLs with the protocols "http", "https" and
+/// "socks", in lower case. An entry is used if its host, its port and its enable flag are present,
+/// even if the flag is 0; the host must be ASCII. Automatic configuration (PAC) and lists of
+/// exceptions are ignored. Safe to call from several threads.
 class QORNETWORKING_EXPORT NativeProxyProvider final : public IProxyProvider {
 public:
     NativeProxyProvider();
@@ -20,9 +20,9 @@ public:
     NativeProxyProvider(NativeProxyProvider const&) = delete;
     NativeProxyProvider& operator=(NativeProxyProvider const&) = delete;
 
-    /// A `std::exception` that is thrown while the settings are read is logged through glog, and
-    /// the answer is that there is no proxy. Others are thrown, and so is what parsing `url`
-    /// throws.
+    /// Returns no proxy if the settings hold none for `url`. A `std::exception` that is thrown
+    /// while the settings are read is logged through glog, and no proxy is returned; any other
+    /// exception, and one from parsing `url`, is passed on.
     [[nodiscard]] ProxyInfo getProxy(std::string const& url) const override;
 
 private:

@@ -23,8 +23,8 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// What the settings hold for one protocol. Keys by their addresses, which are constant: their
-/// values are known only once the frameworks are loaded.
+/// The entry of the settings for one protocol. Holds the addresses of its keys, which are constant;
+/// the keys themselves are known only once the frameworks are loaded.
 struct Entry {
     std::string_view protocol;
     ProxyType type;
@@ -42,7 +42,7 @@ constexpr Entry ENTRIES[] = {
      &kSCPropNetProxiesSOCKSPort},
 };
 
-/// Null for a protocol without an entry.
+/// Returns null for a protocol without an entry.
 Entry const* entryFor(std::string const& protocol) {
     auto const found =
         std::find_if(std::begin(ENTRIES), std::end(ENTRIES),
@@ -55,7 +55,7 @@ struct Release {
 };
 using Snapshot = std::unique_ptr<std::remove_pointer_t<CFDictionaryRef>, Release>;
 
-/// The UTF-8 form, if it is no longer than the UTF-16 form: that of ASCII, in other words.
+/// Returns nothing if the UTF-8 form is longer than the UTF-16 form, so unless `text` is ASCII.
 std::optional<std::string> utf8Of(CFStringRef text) {
     auto const size = CFStringGetLength(text) + 1;
     std::string utf8(static_cast<std::size_t>(size), '\0');
@@ -66,7 +66,7 @@ std::optional<std::string> utf8Of(CFStringRef text) {
     return utf8;
 }
 
-/// Whether the conversion succeeds is not looked at: what it leaves is the port.
+/// The port is whatever the conversion leaves; its result is ignored.
 std::int32_t portOf(CFNumberRef number) {
     std::int32_t port = 0;
     CFNumberGetValue(number, kCFNumberIntType, &port);
@@ -81,7 +81,7 @@ ProxyInfo readProxy(Entry const& entry) {
     auto const isEnabled = CFDictionaryGetValue(snapshot.get(), *entry.enableKey);
     auto const port = CFDictionaryGetValue(snapshot.get(), *entry.portKey);
     auto const host = CFDictionaryGetValue(snapshot.get(), *entry.hostKey);
-    // The flag counts by its presence; a 0 in it does not switch the entry off.
+    // Only the presence of the flag counts; a 0 does not switch the entry off.
     if (!isEnabled || !port || !host) {
         return {};
     }

@@ -5,7 +5,7 @@
 
 namespace Ostrel::Time {
 
-/// A clock that only moves forward. Safe to call from several threads.
+/// A clock that never goes back. Safe to call from several threads.
 class SteadyClock {
 public:
     /// Microseconds since an arbitrary start.
