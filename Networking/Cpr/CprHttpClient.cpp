@@ -19,10 +19,6 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// In bytes. libcurl hands a body on in pieces of 16 KiB at most, whatever the size of its buffer;
-/// the default, which is the same, costs a system call for each piece.
-constexpr long RECEIVE_BUFFER_SIZE = 64L * 1024;
-
 /// Throws `std::runtime_error` if libcurl refuses: rather no transfer than one without the option.
 template <typename Value>
 void setCurlOption(CURL* handle, CURLoption option, Value value) {
@@ -45,7 +41,6 @@ void setupCurlHandle(cpr::Session& session) {
     setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     // Otherwise libcurl replaces the handler of SIGPIPE during a transfer, which other threads see.
     setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
-    setCurlOption(handle, CURLOPT_BUFFERSIZE, RECEIVE_BUFFER_SIZE);
     // Deprecated, but known to every libcurl. The options that replace it are refused by a libcurl
     // older than the headers that this is compiled with, which happens where the system's libcurl
     // is loaded.
