@@ -5,15 +5,20 @@
 
 LocalServer::LocalServer(Handler handler, std::unique_ptr<httplib::Server> server)
     : handler_(std::move(handler)), server_(std::move(server)) {
-    auto const answer = [this](httplib::Request const& request, httplib::Response& response) {
-        {
-            std::lock_guard const lock(mutex_);
-            requests_.push_back(request);
+    server_->Get(".*", [this](auto const& request, auto& response) { answer(request, response); });
+    server_->Post(".*", [this](auto const& request, auto& response, auto const& read) {
+        auto whole = request;
+        // cpp-httplib takes a form apart while it reads it, and keeps no body. Without its type,
+        // the form is a body like any other.
+        const_cast<httplib::Request&>(request).headers.erase("Content-Type");
+        auto const append = [&whole](char const* data, std::size_t size) {
+            whole.body.append(data, size);
+            return true;
+        };
+        if (read(append)) {
+            answer(whole, response);
         }
-        handler_(request, response);
-    };
-    server_->Get(".*", answer);
-    server_->Post(".*", answer);
+    });
     server_->set_keep_alive_max_count(1);
     port_ = server_->bind_to_any_port("127.0.0.1");
     if (port_ < 0) {
@@ -29,6 +34,14 @@ LocalServer::~LocalServer() {
     release();
     server_->stop();
     thread_.join();
+}
+
+void LocalServer::answer(httplib::Request const& request, httplib::Response& response) {
+    {
+        std::lock_guard const lock(mutex_);
+        requests_.push_back(request);
+    }
+    handler_(request, response);
 }
 
 std::string LocalServer::url(std::string const& path) const {

@@ -12,13 +12,12 @@
 #include <httplib.h>
 
 /// An HTTP server inside this process, on a free port of 127.0.0.1, for the demo and the tests.
-/// Records every request that no route of the server takes, then lets the handler answer it.
-/// Handlers run on threads of the server.
+/// Records every request, then lets the handler answer it. Handlers run on threads of the server.
 class LocalServer {
 public:
     using Handler = std::function<void(httplib::Request const&, httplib::Response&)>;
 
-    /// The server that does the work may be a `httplib::SSLServer`, or have routes of its own.
+    /// `server` may be an `httplib::SSLServer`. It must have no routes.
     /// Throws `std::runtime_error` if there is no free port.
     explicit LocalServer(
         Handler handler = [](auto const&, auto&) {},
@@ -30,6 +29,8 @@ public:
 
     [[nodiscard]] int port() const { return port_; }
     [[nodiscard]] std::string url(std::string const& path = "/") const;
+    /// The requests so far, in the order of their arrival. `body` holds every body as it was sent,
+    /// that of a form included; the members for the parts of a form stay empty.
     [[nodiscard]] std::vector<httplib::Request> requests() const;
 
     /// Keeps a handler from answering until `release`, or the end of the server, or of `limit`.
@@ -37,6 +38,8 @@ public:
     void release();
 
 private:
+    void answer(httplib::Request const& request, httplib::Response& response);
+
     Handler handler_;
     std::unique_ptr<httplib::Server> server_;
     int port_;
