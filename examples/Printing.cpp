@@ -48,12 +48,10 @@ std::string nameOf(ErrorCode code) {
 }
 
 std::string summaryOf(Response const& response) {
-    auto text = "status " + std::to_string(response.statusCode) + ", outcome " +
-                nameOf(response.error.code) + ", " + std::to_string(response.headers.size()) +
-                " headers, " + std::to_string(response.cookies.size()) + " cookies, " +
-                std::to_string(response.body.size()) + " bytes of body";
-    if (!response.error.message.empty()) {
-        text += " (" + response.error.message + ")";
-    }
-    return text;
+    auto const& message = response.error.message;
+    return "status " + std::to_string(response.statusCode) + ", outcome " +
+           nameOf(response.error.code) + (message.empty() ? "" : " (" + message + ")") +
+           ", headers: " + std::to_string(response.headers.size()) +
+           ", cookies: " + std::to_string(response.cookies.size()) +
+           ", body: " + std::to_string(response.body.size()) + " bytes";
 }

@@ -8,8 +8,8 @@
 ProgressBar::ProgressBar() : isTerminal_(isatty(STDERR_FILENO) == 1) {}
 
 ProgressBar::~ProgressBar() {
-    if (isDrawn_) {
-        std::cerr << '\n';
+    if (width_ > 0) {
+        std::cerr << '\r' << std::string(width_, ' ') << '\r' << std::flush;
     }
 }
 
@@ -18,8 +18,10 @@ void ProgressBar::show(std::int64_t downloaded, std::int64_t total) {
     if (!isTerminal_ || total <= 0) {
         return;
     }
-    isDrawn_ = true;
     auto const filled = static_cast<std::size_t>(WIDTH * downloaded / total);
-    std::cerr << "\r  [" << std::string(filled, '#') << std::string(WIDTH - filled, '.') << "] "
-              << 100 * downloaded / total << " % of " << total << " bytes" << std::flush;
+    auto const line = "  [" + std::string(filled, '#') + std::string(WIDTH - filled, '.') + "] " +
+                      std::to_string(100 * downloaded / total) + " % of " + std::to_string(total) +
+                      " bytes";
+    width_ = line.size();
+    std::cerr << '\r' << line << std::flush;
 }

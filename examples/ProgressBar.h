@@ -1,21 +1,21 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
-/// Draws the progress of a download on standard error, if that is a terminal; draws nothing
-/// otherwise.
+/// Draws the progress of a download on standard error, if that is a terminal.
 class ProgressBar {
 public:
     ProgressBar();
-    /// Ends the line that the bar stands on.
+    /// Erases the bar.
     ~ProgressBar();
     ProgressBar(ProgressBar const&) = delete;
     ProgressBar& operator=(ProgressBar const&) = delete;
 
-    /// Both in bytes.
+    /// Both are in bytes.
     void show(std::int64_t downloaded, std::int64_t total);
 
 private:
     bool isTerminal_;
-    bool isDrawn_ = false;
+    std::size_t width_ = 0;
 };

@@ -1,5 +1,5 @@
-// Walks through the library against a server inside this process, or fetches the URL given as
-// argument.
+// Walks through the library against a server inside this process, or fetches the URL given as an
+// argument. Usage: demo [URL]
 
 #include <cstdint>
 #include <cstdlib>
@@ -25,6 +25,12 @@ namespace {
 constexpr std::int64_t MILLISECOND = 1000;
 constexpr std::int64_t SECOND = 1000 * MILLISECOND;
 
+constexpr auto USAGE =
+    "usage: demo [URL]\n"
+    "Without a URL, walks through the library against a server inside this process.\n"
+    "With a URL, fetches it and prints the status line, the headers and the size of the body.\n"
+    "Exits with status 1 if something went wrong, an HTTP status of 400 or above included.\n";
+
 Options defaultOptions() {
     Options options;
     options.timeout = 60 * SECOND;
@@ -34,15 +40,14 @@ Options defaultOptions() {
     return options;
 }
 
-/// The walk: every step prints what was asked and what came back, and remembers whether it was as
-/// expected.
+/// Prints every request and its response, and counts the responses that are not as expected.
 class Walk {
 public:
     void step(std::string const& asked, Response const& response, ErrorCode code, int statusCode) {
         check(asked, response, code, statusCode, true);
     }
 
-    /// As `step`, with one more thing that must hold.
+    /// The same, with a further condition.
     void check(std::string const& asked, Response const& response, ErrorCode code, int statusCode,
                bool holds) {
         std::cout << ++count_ << ". " << asked << "\n   " << summaryOf(response) << '\n';
@@ -50,7 +55,7 @@ public:
             std::cout << "   | " << indented(response.body) << '\n';
         }
         if (response.error.code != code || response.statusCode != statusCode || !holds) {
-            std::cout << "   UNEXPECTED: wanted status " << statusCode << ", outcome "
+            std::cout << "   UNEXPECTED: should be status " << statusCode << ", outcome "
                       << nameOf(code) << '\n';
             ++failures_;
         }
@@ -79,7 +84,7 @@ void showOperations(Walk& walk, IHttpClient& client, DemoServer const& server) {
     greeting.cookies = {{"session", "42"}};
     walk.step("GET with query parameters, a header and a cookie",
               client.get(greeting, defaultOptions()), ErrorCode::Ok, 200);
-    walk.step("HEAD of the same", client.head(greeting, defaultOptions()), ErrorCode::Ok, 200);
+    walk.step("HEAD of the same URL", client.head(greeting, defaultOptions()), ErrorCode::Ok, 200);
 
     Request note;
     note.url = server.url("/notes");
@@ -92,7 +97,7 @@ void showOperations(Walk& walk, IHttpClient& client, DemoServer const& server) {
     MultiPart const fields{{{"name", "Ada", ""},
                             {"about", "{}", "application/json"},
                             {"letter", "Dear all", "text/plain"}}};
-    walk.step("POST of a form of three parts", client.post(form, fields, defaultOptions()),
+    walk.step("POST of a form with three parts", client.post(form, fields, defaultOptions()),
               ErrorCode::Ok, 200);
 
     note.url = server.url("/moved");
@@ -107,24 +112,24 @@ void showDownloads(Walk& walk, IHttpClient& client, DemoServer const& server) {
     auto options = defaultOptions();
     options.onData = [&received](std::string const& chunk) { received += chunk.size(); };
 
-    {
+    int reports = 0;
+    auto const complete = [&] {
         ProgressBar bar;
-        int reports = 0;
         options.onProgress = [&](std::int64_t downloaded, std::int64_t total) {
             ++reports;
             bar.show(downloaded, total);
         };
-        auto const response = client.get(request, options);
-        walk.check("GET of a large resource, streamed: " + std::to_string(received) +
-                       " bytes in pieces, " + std::to_string(reports) + " reports of progress",
-                   response, ErrorCode::Ok, 200, received == DemoServer::DOWNLOAD_SIZE);
-    }
+        return client.get(request, options);
+    }();
+    walk.check("GET of a large resource, streamed: " + std::to_string(received) + " bytes, " +
+                   std::to_string(reports) + " progress reports",
+               complete, ErrorCode::Ok, 200, received == DemoServer::DOWNLOAD_SIZE);
 
     received = 0;
     options.onProgress = nullptr;
     options.isCancelled = [&received] { return received > DemoServer::DOWNLOAD_SIZE / 2; };
-    auto const response = client.get(request, options);
-    walk.check("The same, cancelled midway, after " + std::to_string(received) + " bytes", response,
+    auto const partial = client.get(request, options);
+    walk.check("The same GET, cancelled after " + std::to_string(received) + " bytes", partial,
                ErrorCode::RequestCancelled, 200, received < DemoServer::DOWNLOAD_SIZE);
 }
 
@@ -133,15 +138,15 @@ void showFailures(Walk& walk, IHttpClient& client, DemoServer const& server) {
     request.url = server.url("/silence");
     auto options = defaultOptions();
     options.timeout = 200 * MILLISECOND;
-    walk.step("GET of a resource that never answers, within 200 ms", client.get(request, options),
-              ErrorCode::OperationTimedOut, 0);
+    walk.step("GET of a resource that never answers, with a timeout of 200 ms",
+              client.get(request, options), ErrorCode::OperationTimedOut, 0);
 
-    request.url = DemoServer().url("/");  // That server is gone when the URL is asked for.
-    walk.step("GET from a port where nobody listens", client.get(request, defaultOptions()),
+    request.url = DemoServer().url("/");  // This server has ended before the GET.
+    walk.step("GET from a port that no server listens on", client.get(request, defaultOptions()),
               ErrorCode::ConnectionFailure, 0);
 
     request.url = std::string("not a URL");
-    walk.step("GET of a URL that is not valid", client.get(request, defaultOptions()),
+    walk.step("GET of an invalid URL", client.get(request, defaultOptions()),
               ErrorCode::NotPerformed, 0);
 }
 
@@ -152,28 +157,29 @@ void showChain(Walk& walk, DemoServer const& server) {
         addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), nullptr), plan);
     Request request;
     request.url = server.url("/profile");
-    walk.step("GET of a page for users, through retries over cookies, before the login",
+    walk.step("GET of a page that needs a login, through the retries and cookie jar adapters",
               chain->get(request, defaultOptions()), ErrorCode::Ok, 403);
     request.url = server.url("/login");
     walk.step("POST that logs in", chain->post(request, "ada", defaultOptions()), ErrorCode::Ok,
               200);
     request.url = server.url("/profile");
-    walk.step("GET of the page again", chain->get(request, defaultOptions()), ErrorCode::Ok, 200);
+    walk.step("GET of the page again, with the cookie of the login",
+              chain->get(request, defaultOptions()), ErrorCode::Ok, 200);
 
     std::string timeouts;
     for (auto const& retry : plan) {
-        timeouts += " " + std::to_string(retry.timeout / MILLISECOND) + " ms";
+        timeouts += " " + std::to_string(retry.timeout / MILLISECOND);
     }
     request.url = server.url("/flaky");
     auto const response = chain->get(request, defaultOptions());
     auto const age = std::time(nullptr) - response.getLastModified();
-    walk.check("GET of a resource that answers in time at the third attempt, after" + timeouts,
-               response, ErrorCode::Ok, 200, age >= 3600 && age < 3700);
+    walk.check("GET that succeeds at the third attempt; timeouts in ms:" + timeouts, response,
+               ErrorCode::Ok, 200, age >= 3600 && age < 3700);
     std::cout << "   Last modified " << age << " seconds ago\n";
 }
 
-/// Stands in for `NativeProxyProvider`, so that the walk does not depend on the settings of the
-/// machine: the server is the proxy for one URL and for no other.
+/// Takes the place of `NativeProxyProvider`, so that the walk does not depend on the settings of
+/// the machine: `server` is the proxy for `url`; other URLs have none.
 class DemoProxyProvider final : public IProxyProvider {
 public:
     DemoProxyProvider(std::string url, DemoServer const& server)
@@ -192,24 +198,24 @@ private:
 };
 
 void showSystemProxy(Walk& walk) {
-    DemoServer const systems;
-    DemoServer const callers;
+    DemoServer const systemProxy;
+    DemoServer const callerProxy;
     std::string const served = "http://served.test/";
     SystemProxyAdapter adapter(createHttpClient(HttpClientType::Cpr),
-                               std::make_unique<DemoProxyProvider>(served, systems));
+                               std::make_unique<DemoProxyProvider>(served, systemProxy));
     auto options = defaultOptions();
-    options.proxy = callers.url("");
-    auto const show = [&](std::string const& who, std::string const& url, DemoServer const& taken) {
+    options.proxy = callerProxy.url("");
+    auto const show = [&](std::string const& url, std::string const& way, DemoServer const& used) {
         Request request;
         request.url = url;
         auto const proxy = adapter.addProxyUrlOption(options, request).proxy;
         auto const response = adapter.get(request, options);
-        auto const isTaken = response.body.find("port " + Url(taken.url("/")).port() + " ");
-        walk.check("GET of " + url + ", for which " + who + " proxy is taken: " + proxy, response,
-                   ErrorCode::Ok, 200, proxy == taken.url("") && isTaken != std::string::npos);
+        auto const answered = "port " + Url(used.url("/")).port() + " ";
+        walk.check("GET of " + url + " through " + way + ": " + proxy, response, ErrorCode::Ok, 200,
+                   proxy == used.url("") && response.body.find(answered) != std::string::npos);
     };
-    show("the system's", served, systems);
-    show("the system has none and the caller's", "http://other.test/", callers);
+    show(served, "the system's proxy", systemProxy);
+    show("http://other.test/", "the caller's proxy, as the system has none", callerProxy);
 }
 
 int walkThrough() {
@@ -221,7 +227,8 @@ int walkThrough() {
     showFailures(walk, *client, server);
     showChain(walk, server);
     showSystemProxy(walk);
-    std::cout << (walk.failures() == 0 ? "All as expected.\n" : "Not all as expected.\n");
+    std::cout << (walk.failures() == 0 ? "All responses are as expected.\n"
+                                       : "Some responses are not as expected.\n");
     return walk.failures() == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -232,6 +239,10 @@ int fetch(std::string const& url) {
     auto const response = [&] {
         ProgressBar bar;
         auto options = defaultOptions();
+        // A large file may take its time, but the server must not be silent for 30 seconds.
+        options.timeout = 0;
+        options.lowSpeedLimit = 1;
+        options.lowSpeedTime = 30;
         options.onData = [&](std::string const& chunk) { received += chunk.size(); };
         options.onProgress = [&](std::int64_t now, std::int64_t total) { bar.show(now, total); };
         return createHttpClient(HttpClientType::Cpr)->get(request, options);
@@ -239,25 +250,35 @@ int fetch(std::string const& url) {
 
     if (response.error.code != ErrorCode::Ok) {
         std::cerr << "demo: " << nameOf(response.error.code) << ": "
-                  << (request.url.isValid() ? response.error.message : "not a URL: " + url) << '\n';
+                  << (request.url.isValid() ? response.error.message : "not a valid URL: " + url)
+                  << '\n';
         return EXIT_FAILURE;
     }
     std::cout << response.statusLine << '\n';
     for (auto const& [name, value] : response.headers) {
         std::cout << name << ": " << value << '\n';
     }
-    std::cout << received << " bytes\n";
+    std::cout << "\nBody: " << received << " bytes\n";
+    if (response.statusCode >= 400) {
+        std::cerr << "demo: the server answered with an error: " << response.statusLine << '\n';
+        return EXIT_FAILURE;
+    }
     return EXIT_SUCCESS;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    // Response::getLastModified reads its fields as local time; HTTP dates are in GMT.
+    // Response::getLastModified reads the date as local time; HTTP dates are in GMT.
     setenv("TZ", "UTC0", 1);
-    if (argc > 2) {
-        std::cerr << "usage: demo [URL]\n";
+    std::string const argument = argc > 1 ? argv[1] : "";
+    if (argument == "--help" || argument == "-h") {
+        std::cout << USAGE;
+        return EXIT_SUCCESS;
+    }
+    if (argc > 2 || argument.rfind('-', 0) == 0) {
+        std::cerr << USAGE;
         return 2;
     }
-    return argc == 2 ? fetch(argv[1]) : walkThrough();
+    return argc == 2 ? fetch(argument) : walkThrough();
 }
