@@ -1,8 +1,12 @@
 #include "platform/SystemSettings.h"
 
 #include <atomic>
-#include <locale>
+#include <cstddef>
+#include <cstring>
 #include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 /// A snapshot. Strings and numbers are `SystemSettings::Value` objects in its settings.
@@ -55,6 +59,29 @@ namespace {
 // A key is told from the others by its address alone.
 constexpr CFStringObject KEYS[9] = {};
 
+constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+/// Empty if a surrogate is not one of a pair.
+std::optional<std::string> utf8Of(std::u16string_view units) {
+    std::string utf8;
+    for (std::size_t i = 0; i < units.size(); ++i) {
+        char32_t point = units[i];
+        if (isHighSurrogate(point) && i + 1 < units.size() && isLowSurrogate(units[i + 1])) {
+            point = 0x10000 + ((point - 0xD800) << 10) + (units[++i] - 0xDC00);
+        } else if (isHighSurrogate(point) || isLowSurrogate(point)) {
+            return std::nullopt;
+        }
+        auto const length = point < 0x80 ? 0 : point < 0x800 ? 1 : point < 0x10000 ? 2 : 3;
+        constexpr unsigned LEADS[] = {0x00, 0xC0, 0xE0, 0xF0};
+        utf8 += static_cast<char>(LEADS[length] | (point >> (6 * length)));
+        for (auto left = length; left > 0; --left) {
+            utf8 += static_cast<char>(0x80 | ((point >> (6 * (left - 1))) & 0x3F));
+        }
+    }
+    return utf8;
+}
+
 }  // namespace
 
 // NOLINTBEGIN(readability-identifier-naming): the names are the frameworks'.
@@ -99,18 +126,12 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex bufferSize, C
         onCopy();
     }
     auto const units = std::get_if<std::u16string>(&Platform::valueOf(text));
-    if (!units || bufferSize < 1) {
+    auto const utf8 = units ? utf8Of(*units) : std::nullopt;
+    if (!utf8 || bufferSize <= static_cast<CFIndex>(utf8->size())) {
         return false;
     }
-    using Utf8 = std::codecvt<char16_t, char, std::mbstate_t>;
-    std::mbstate_t state{};
-    char16_t const* read = nullptr;
-    auto const end = units->data() + units->size();
-    auto const result =
-        std::use_facet<Utf8>(std::locale::classic())
-            .out(state, units->data(), end, read, buffer, buffer + bufferSize - 1, buffer);
-    *buffer = '\0';
-    return result == Utf8::ok && read == end;
+    std::memcpy(buffer, utf8->c_str(), utf8->size() + 1);
+    return true;
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType, void* value) {
