@@ -1,6 +1,8 @@
 #include "tests/Support/RawServer.h"
 
 #include <array>
+#include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
@@ -11,22 +13,16 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-#ifndef MSG_NOSIGNAL
-#define MSG_NOSIGNAL 0  // As on macOS.
-#endif
-
 namespace Ostrel::Networking::Testing {
 
 std::string Connection::readRequest() {
     std::string text;
-    std::size_t wanted = std::string::npos;
-    std::array<char, 65536> buffer{};
-    while (wanted == std::string::npos || text.size() < wanted) {
-        auto const count = recv(socket_, buffer.data(), buffer.size(), 0);
-        if (count <= 0) {
+    for (auto wanted = std::string::npos; text.size() < wanted;) {
+        auto const piece = readSome();
+        if (piece.empty()) {
             break;
         }
-        text.append(buffer.data(), static_cast<std::size_t>(count));
+        text += piece;
         auto const end = text.find("\r\n\r\n");
         if (wanted == std::string::npos && end != std::string::npos) {
             auto const length = text.find("\r\nContent-Length: ");
@@ -36,14 +32,15 @@ std::string Connection::readRequest() {
     return text;
 }
 
-void Connection::readSome() {
-    char byte = 0;
-    (void)recv(socket_, &byte, 1, 0);
+std::string Connection::readSome() {
+    std::array<char, 65536> buffer;
+    auto const count = recv(socket_, buffer.data(), buffer.size(), 0);
+    return {buffer.data(), count > 0 ? static_cast<std::size_t>(count) : 0};
 }
 
 bool Connection::send(std::string_view bytes) {
     while (!bytes.empty()) {
-        auto const count = ::send(socket_, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+        auto const count = ::send(socket_, bytes.data(), bytes.size(), 0);
         if (count <= 0) {
             return false;
         }
@@ -57,14 +54,9 @@ void Connection::reset() {
     setsockopt(socket_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
 }
 
-void Connection::waitForClose() {
-    std::array<char, 65536> buffer{};
-    while (recv(socket_, buffer.data(), buffer.size(), 0) > 0) {
-    }
-}
-
-RawServer::RawServer(std::function<void(Connection&)> handler)
+RawServer::RawServer(Handler handler)
     : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
+    std::signal(SIGPIPE, SIG_IGN);  // Raised where a peer closes while the server sends.
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -79,50 +71,37 @@ RawServer::RawServer(std::function<void(Connection&)> handler)
 }
 
 RawServer::~RawServer() {
-    {
-        std::lock_guard const lock(mutex_);
-        isStopping_ = true;
-        shutdown(listener_, SHUT_RDWR);
-        if (current_ >= 0) {
-            shutdown(current_, SHUT_RDWR);
-        }
-    }
+    isStopping_ = true;
+    // A connection wakes `accept` on every system; `shutdown` does not.
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    auto const waker = socket(AF_INET, SOCK_STREAM, 0);
+    (void)getsockname(listener_, generic, &length);
+    (void)connect(waker, generic, length);
     thread_.join();
+    close(waker);
     close(listener_);
 }
 
 void RawServer::serve() {
     for (;;) {
         auto const socket = accept(listener_, nullptr, nullptr);
-        {
-            std::lock_guard const lock(mutex_);
-            if (socket < 0 || isStopping_) {
-                break;
-            }
-            current_ = socket;
+        if (socket >= 0 && !isStopping_) {
             ++connections_;
+            timeval const patience{20, 0};
+            setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+            Connection connection(socket);
+            handler_(connection);
         }
-        timeval const patience{20, 0};
-        setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-        setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
-        Connection connection(socket);
-        handler_(connection);
-        std::lock_guard const lock(mutex_);
-        current_ = -1;
         close(socket);
+        if (isStopping_) {
+            return;
+        }
     }
 }
 
-std::string RawServer::authority() const { return "127.0.0.1:" + std::to_string(port_); }
-
-std::string RawServer::url(std::string const& path) const { return "http://" + authority() + path; }
-
-int RawServer::connections() const {
-    std::lock_guard const lock(mutex_);
-    return connections_;
-}
-
-std::function<void(Connection&)> answering(std::string text, std::vector<std::string>* requests) {
+RawServer::Handler answering(std::string text, std::vector<std::string>* requests) {
     return [text = std::move(text), requests](Connection& connection) {
         auto request = connection.readRequest();
         if (requests != nullptr) {

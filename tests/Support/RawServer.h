@@ -1,7 +1,7 @@
 #pragma once
 
+#include <atomic>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -9,21 +9,19 @@
 
 namespace Ostrel::Networking::Testing {
 
-/// One connection that a `RawServer` has accepted. Waits 20 seconds at most for its peer.
+/// One connection that a `RawServer` has accepted. Waits at most 20 seconds for its peer.
 class Connection {
 public:
     explicit Connection(int socket) : socket_(socket) {}
 
-    /// Reads a head, and a body as long as its "Content-Length" says; less if the peer ends.
+    /// Reads a head, and a body as long as its "Content-Length" says; less if the peer closes.
     std::string readRequest();
-    /// Reads until there is something.
-    void readSome();
-    /// Gives false once the peer is gone.
+    /// Reads what comes next, whatever it is; empty once the peer has closed.
+    std::string readSome();
+    /// Returns false once the peer has closed.
     bool send(std::string_view bytes);
     /// Ends the connection with a reset instead of an orderly close.
     void reset();
-    /// Waits until the peer closes; drops what it still sends.
-    void waitForClose();
 
 private:
     int socket_;
@@ -34,32 +32,33 @@ private:
 /// closed.
 class RawServer {
 public:
-    explicit RawServer(std::function<void(Connection&)> handler);
+    using Handler = std::function<void(Connection&)>;
+
+    explicit RawServer(Handler handler);
     ~RawServer();
     RawServer(RawServer const&) = delete;
     RawServer& operator=(RawServer const&) = delete;
 
-    [[nodiscard]] std::string authority() const;
-    [[nodiscard]] std::string url(std::string const& path = "/") const;
+    [[nodiscard]] std::string authority() const { return "127.0.0.1:" + std::to_string(port_); }
+    [[nodiscard]] std::string url(std::string const& path = "/") const {
+        return "http://" + authority() + path;
+    }
     /// How many connections were accepted.
-    [[nodiscard]] int connections() const;
+    [[nodiscard]] int connections() const { return connections_; }
 
 private:
     void serve();
 
-    std::function<void(Connection&)> handler_;
+    Handler handler_;
     int listener_;
     int port_ = 0;
-    mutable std::mutex mutex_;
-    bool isStopping_ = false;
-    int current_ = -1;
-    int connections_ = 0;
+    std::atomic<bool> isStopping_ = false;
+    std::atomic<int> connections_ = 0;
     std::thread thread_;
 };
 
-/// A handler that answers every request with `text`; keeps what it read in `requests`, if that is
-/// given.
-std::function<void(Connection&)> answering(std::string text,
-                                           std::vector<std::string>* requests = nullptr);
+/// A handler that answers every request with `text`, and keeps what it read in `requests`, if that
+/// is given.
+RawServer::Handler answering(std::string text, std::vector<std::string>* requests = nullptr);
 
 }  // namespace Ostrel::Networking::Testing
