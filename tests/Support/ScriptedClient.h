@@ -1,6 +1,8 @@
 #pragma once
 
 #include <deque>
+#include <functional>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -13,25 +15,19 @@
 namespace Ostrel::Networking::Testing {
 
 /// Answers calls from a queue and records them. A call without an answer fails the test, and so
-/// does an answer that nobody asked for.
+/// does an answer that is left over.
 class ScriptedClient final : public IHttpClient {
 public:
     struct Call {
         std::string operation;
         Request request;
         Options options;
-        /// Where the arguments stand, to tell a caller's own object from a copy.
-        Request const* requestAddress = nullptr;
-        void const* body = nullptr;
-    };
-    /// A response, or the text of a `std::logic_error` to throw.
-    struct Answer {
-        Response response;
-        std::string exception;
+        /// Addresses of the arguments, which tell the caller's own object from a copy.
+        void const* requestAddress;
+        void const* body;
     };
 
-    ScriptedClient() = default;
-    explicit ScriptedClient(std::vector<ErrorCode> const& outcomes) {
+    explicit ScriptedClient(std::vector<ErrorCode> const& outcomes = {}) {
         for (auto const outcome : outcomes) {
             answer(outcome);
         }
@@ -40,16 +36,20 @@ public:
     ScriptedClient(ScriptedClient const&) = delete;
     ScriptedClient& operator=(ScriptedClient const&) = delete;
 
-    void answer(Answer answer) { answers_.push_back(std::move(answer)); }
-    void answer(ErrorCode outcome, std::map<std::string, std::string> cookies = {}) {
-        Answer scripted;
-        scripted.response.error.code = outcome;
-        scripted.response.error.message = "answer " + std::to_string(++count_);
-        scripted.response.cookies = std::move(cookies);
-        answer(std::move(scripted));
+    void answer(Response const& response) {
+        answers_.emplace_back([response] { return response; });
     }
-
-    void fail(std::string exception) { answers_.emplace_back().exception = std::move(exception); }
+    /// Answers with a numbered message and with a status of an error, which no adapter looks at.
+    void answer(ErrorCode outcome, std::map<std::string, std::string> cookies = {}) {
+        Response response;
+        response.statusCode = 503;
+        response.error = {outcome, "answer " + std::to_string(++count_)};
+        response.cookies = std::move(cookies);
+        answer(response);
+    }
+    void fail() {
+        answers_.emplace_back([]() -> Response { throw std::logic_error("thrown inside"); });
+    }
 
     [[nodiscard]] std::vector<Call> const& calls() const { return calls_; }
 
@@ -77,13 +77,10 @@ private:
         }
         auto const answer = answers_.front();
         answers_.pop_front();
-        if (!answer.exception.empty()) {
-            throw std::logic_error(answer.exception);
-        }
-        return answer.response;
+        return answer();
     }
 
-    std::deque<Answer> answers_;
+    std::deque<std::function<Response()>> answers_;
     std::vector<Call> calls_;
     int count_ = 0;
 };
