@@ -1,5 +1,7 @@
 #include "Networking/NativeProxyProvider/NativeProxyProvider.h"
 
+#include <algorithm>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <thread>
@@ -9,7 +11,9 @@
 #include <glog/logging.h>
 #include <gmock/gmock.h>
 
+#include "Networking/AddAdapter.h"
 #include "platform/SystemSettings.h"
+#include "tests/Support/ScriptedClient.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -19,6 +23,11 @@ using ::Platform::SystemSettings;
 using ::testing::AnyOf;
 using ::testing::ElementsAre;
 using Values = decltype(SystemSettings::values);
+
+std::string const NONE = "0 :0";
+std::string const HTTP = "http://a.test";
+std::string const HTTPS = "https://u:p@a.test:8/b?c=d#e";
+std::string const SOCKS = "socks://a.test";
 
 Values allEntries() {
     return {{kSCPropNetProxiesHTTPEnable, 1},  {kSCPropNetProxiesHTTPProxy, u"plain.test"},
@@ -31,12 +40,6 @@ Values allEntries() {
 Values with(void const* key, SystemSettings::Value const& value) {
     auto values = allEntries();
     values[key] = value;
-    return values;
-}
-
-Values without(void const* key) {
-    auto values = allEntries();
-    values.erase(key);
     return values;
 }
 
@@ -69,11 +72,6 @@ protected:
 };
 
 TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
-    std::string const none = "0 :0";
-    std::string const plain = "1 plain.test:80";
-    std::string const http = "http://a.test";
-    std::string const https = "https://u:p@a.test:8/b?c=d#e";
-    std::string const socks = "socks://a.test";
     auto const host = kSCPropNetProxiesHTTPSProxy;
     auto const port = kSCPropNetProxiesHTTPSPort;
     struct Row {
@@ -83,49 +81,58 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
         int snapshots = 1;
     };
     for (auto const& row : std::vector<Row>{
-             {http, allEntries(), plain},
-             {https, allEntries(), "2 secure.test:443"},
-             {socks, allEntries(), "4 socks.test:1080"},
+             {HTTP, allEntries(), "1 plain.test:80"},
+             {HTTPS, allEntries(), "2 secure.test:443"},
+             {SOCKS, allEntries(), "4 socks.test:1080"},
+             {HTTP, {}, NONE},
              // Protocols without an entry, and texts without a protocol.
-             {"HTTP://a.test", allEntries(), none, 0},
-             {"Https://a.test", allEntries(), none, 0},
-             {"socks5://a.test", allEntries(), none, 0},
-             {"ftp://a.test", allEntries(), none, 0},
-             {"http:/a.test", allEntries(), none, 0},
-             {"", allEntries(), none, 0},
-             // Nothing is set, or not all that is needed.
-             {http, {}, none},
-             {http, without(host), plain},
+             {"HTTP://a.test", allEntries(), NONE, 0},
+             {"socks5://a.test", allEntries(), NONE, 0},
+             {"ftp://a.test", allEntries(), NONE, 0},
+             {"http:/a.test", allEntries(), NONE, 0},
              // The flag counts by its presence.
-             {http, with(kSCPropNetProxiesHTTPEnable, 0), plain},
-             {http, with(kSCPropNetProxiesHTTPEnable, u"no"), plain},
+             {HTTP, with(kSCPropNetProxiesHTTPEnable, 0), "1 plain.test:80"},
+             {HTTP, with(kSCPropNetProxiesHTTPEnable, u"no"), "1 plain.test:80"},
              // The host is taken as it is.
-             {https, with(host, u""), "2 :443"},
-             {https, with(host, u" Proxy_1/\t"), "2  Proxy_1/\t:443"},
-             {https, with(host, std::u16string(u"a\0b", 3)), "2 a:443"},
-             {https, with(host, std::u16string(5000, u'h')),
-              "2 " + std::string(5000, 'h') + ":443"},
+             {HTTPS, with(host, u""), "2 :443"},
+             {HTTPS, with(host, u" Proxy_1/\t"), "2  Proxy_1/\t:443"},
+             {HTTPS, with(host, std::u16string(u"a\0b", 3)), "2 a:443"},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
-             {https, with(host, u"pr\u00f6xy.test"), none},
-             {https, with(host, u"\U0001F600"), none},
-             {https, with(host, u"proxy\xd800.test"), none},
-             {https, with(host, 1), none},
+             {HTTPS, with(host, u"pr\u00f6xy.test"), NONE},
+             {HTTPS, with(host, u"\U0001F600"), NONE},
+             {HTTPS, with(host, u"proxy\xd800.test"), NONE},
+             {HTTPS, with(host, 1), NONE},
              // A port out of range, too large for 32 bits, no number.
-             {https, with(port, -1), "2 secure.test:-1"},
-             {https, with(port, 2147483647), "2 secure.test:2147483647"},
-             {https, with(port, 4294967296 + 8080), "2 secure.test:8080"},
-             {https, with(port, u"8080"), "2 secure.test:0"},
+             {HTTPS, with(port, -1), "2 secure.test:-1"},
+             {HTTPS, with(port, 2147483647), "2 secure.test:2147483647"},
+             {HTTPS, with(port, 4294967296 + 8080), "2 secure.test:8080"},
+             {HTTPS, with(port, u"8080"), "2 secure.test:0"},
          }) {
         SCOPED_TRACE(row.url);
         EXPECT_EQ(proxyFor(row.url, {row.values}, row.snapshots), row.proxy);
     }
+    EXPECT_EQ(proxyFor(HTTP, {allEntries(), false}, 0), NONE) << "settings that cannot be read";
+}
+
+TEST_F(NativeProxyProviderTest, NeedsTheWholeEntry) {
     for (auto const& [key, value] : allEntries()) {
-        auto const withoutKey = proxyFor(http, {without(key)}) +
-                                proxyFor(https, {without(key)}, 1) +
-                                proxyFor(socks, {without(key)});
-        EXPECT_NE(withoutKey.find(none), std::string::npos) << "an entry that is not whole";
+        auto values = allEntries();
+        values.erase(key);
+        auto const found = {proxyFor(HTTP, {values}), proxyFor(HTTPS, {values}),
+                            proxyFor(SOCKS, {values})};
+        EXPECT_EQ(std::count(found.begin(), found.end(), NONE), 1);
     }
-    EXPECT_EQ(proxyFor(http, {allEntries(), false}, 0), none) << "settings that cannot be read";
+}
+
+TEST_F(NativeProxyProviderTest, ServesTheSystemProxyAdapter) {
+    SystemSettings::set({allEntries()});
+    auto const inner =
+        std::make_shared<Testing::ScriptedClient>(std::vector{ErrorCode::Ok, ErrorCode::Ok});
+    auto const client = addSystemProxyAdapter(inner);
+    (void)client->get({HTTP, {}, {}}, {});
+    (void)client->get({HTTPS, {}, {}}, {});
+    EXPECT_EQ(inner->calls().at(0).options.proxy, "http://plain.test:80");
+    EXPECT_EQ(inner->calls().at(1).options.proxy, "https://secure.test:443");
 }
 
 /// Keeps what is logged while it lives.
@@ -149,11 +156,11 @@ TEST_F(NativeProxyProviderTest, LogsAnExceptionAndHasNoProxy) {
     SystemSettings settings{allEntries()};
 
     settings.onCopy = [] { throw std::runtime_error(": full"); };
-    EXPECT_EQ(proxyFor("http://a.test", settings), "0 :0");
+    EXPECT_EQ(proxyFor(HTTP, settings), NONE);
     settings.onCopy = [] { throw std::bad_alloc(); };
-    EXPECT_EQ(proxyFor("socks://a.test", settings), "0 :0");
+    EXPECT_EQ(proxyFor(SOCKS, settings), NONE);
     settings.onCopy = [] { throw 42; };
-    EXPECT_THROW(proxyFor("http://a.test", settings), int);
+    EXPECT_THROW(proxyFor(HTTP, settings), int);
 
     EXPECT_THAT(
         log.lines,
@@ -167,7 +174,7 @@ TEST_F(NativeProxyProviderTest, ServesSeveralThreadsWhileTheSettingsChange) {
     for (auto& thread : threads) {
         thread = std::thread([] {
             for (int i = 0; i < 200; ++i) {
-                auto const host = NativeProxyProvider().getProxy("https://a.test").host;
+                auto const host = NativeProxyProvider().getProxy(HTTPS).host;
                 EXPECT_THAT(host, AnyOf("", "one", "two"));
             }
         });

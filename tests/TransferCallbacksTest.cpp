@@ -1,5 +1,6 @@
 #include "Networking/Cpr/TransferCallbacks.h"
 
+#include <chrono>
 #include <limits>
 #include <string>
 #include <utility>
@@ -12,6 +13,8 @@
 namespace Ostrel::Networking {
 namespace {
 
+constexpr auto HUGE_INTERVAL = std::numeric_limits<std::int64_t>::max();
+
 using Reports = std::vector<std::pair<std::int64_t, std::int64_t>>;
 
 void waitForTheClockToMove() {
@@ -20,8 +23,8 @@ void waitForTheClockToMove() {
     }
 }
 
-/// Passes `events`, pairs of the downloaded and the total count, to one callback; gives the reports
-/// made.
+/// Passes `events`, pairs of the downloaded and the total count, to one callback and returns the
+/// reports made.
 Reports reportsOf(std::int64_t interval, Reports const& events) {
     Reports reports;
     Options options;
@@ -38,7 +41,6 @@ Reports reportsOf(std::int64_t interval, Reports const& events) {
 }
 
 TEST(ProgressCallbackTest, ReportsWithinItsLimits) {
-    constexpr auto HUGE_INTERVAL = std::numeric_limits<std::int64_t>::max();
     struct Row {
         std::string name;
         std::int64_t interval;
@@ -53,6 +55,10 @@ TEST(ProgressCallbackTest, ReportsWithinItsLimits) {
         {"nothing downloaded yet", 0, {{0, 4096}}, {}},
         {"same count twice", 0, {{5, 4096}, {5, 4096}, {6, 4096}}, {{5, 4096}, {6, 4096}}},
         {"a count that shrinks has changed", 0, {{5, 4096}, {4, 4096}}, {{5, 4096}, {4, 4096}}},
+        {"a first report at once",
+         Time::SteadyClock().Now() / 2,
+         {{5, 4096}, {6, 4096}},
+         {{5, 4096}}},
         {"interval without end", HUGE_INTERVAL, {{5, 4096}, {6, 4096}}, {}},
     };
     for (auto const& [name, interval, events, reports] : rows) {
@@ -73,10 +79,30 @@ TEST(ProgressCallbackTest, CountsAnEventThatTheIntervalSuppressed) {
     };
 
     event(0, 5);
-    event(std::numeric_limits<std::int64_t>::max(), 6);
+    event(HUGE_INTERVAL, 6);
     event(0, 6);
     event(0, 7);
     EXPECT_EQ(reports, (std::vector<std::int64_t>{5, 7}));
+}
+
+TEST(ProgressCallbackTest, ReportsOnceInAnIntervalOfMicroseconds) {
+    using std::chrono::steady_clock;
+    constexpr auto FEW = std::chrono::milliseconds(4);
+    constexpr auto MANY = 1000 * FEW;
+    int reports = 0;
+    Options options;
+    options.progressInterval = 1000;
+    options.onProgress = [&reports](std::int64_t, std::int64_t) { ++reports; };
+    ProgressCallback callback(options);
+
+    auto const start = steady_clock::now();
+    for (int downloaded = 1; reports < 5 && steady_clock::now() - start < MANY; ++downloaded) {
+        callback(4096, downloaded, 0, 0, 0);
+    }
+    auto const time = steady_clock::now() - start;
+    EXPECT_EQ(reports, 5);
+    EXPECT_GE(time, FEW);
+    EXPECT_LT(time, MANY);
 }
 
 TEST(ProgressCallbackTest, AsksForCancellationOnEveryEventAfterTheReport) {

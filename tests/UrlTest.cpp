@@ -1,6 +1,5 @@
 #include "Networking/Url.h"
 
-#include <initializer_list>
 #include <map>
 #include <random>
 #include <string>
@@ -37,54 +36,37 @@ std::string describe(Testing::ReferenceUrl const& url) {
                     url.path, url.anchor);
 }
 
-struct Row {
-    std::string text;
-    std::string components;
-    std::string printed;
-};
-
 TEST(UrlTest, ParsesIntoComponentsAndPrints) {
-    auto const same = [](std::string const& text, std::string const& components) {
-        return Row{text, components, text};
+    struct Row {
+        std::string text;
+        std::string components;
+        std::string printed = text;
     };
-    std::vector<Row> const rows = {
-        same("proto://user:pw@host:8080/a/b?x=1&y=2#top",
-             "[proto][user][pw][host][8080][/a/b][top]{x=1}{y=2}"),
-        same("proto://host", "[proto][][][host][][][]"),
-        same("proto://host//a//b/", "[proto][][][host][][//a//b/][]"),
-        same("proto://ab/", "[proto][][][ab][][/][]"),
-        same("proto://h h/p p?a=b c#d e", "[proto][][][h h][][/p p][d e]{a=b c}"),
-        same("proto://host/p?a=%20", "[proto][][][host][][/p][]{a=%20}"),
-        same("proto://host:0080", "[proto][][][host][0080][][]"),
+    for (auto const& [text, components, printed] : std::vector<Row>{
+             {"proto://user:pw@host:8080/a/b?x=1&y=2#top",
+              "[proto][user][pw][host][8080][/a/b][top]{x=1}{y=2}"},
+             {"proto://host", "[proto][][][host][][][]"},
+             {"proto://h h//p p/?a=b c#d e", "[proto][][][h h][][//p p/][d e]{a=b c}"},
+             {"proto://host:0080/p?a=%20", "[proto][][][host][0080][/p][]{a=%20}"},
 
-        // User info: a second ":" or the last possible "@" ends it.
-        same("proto://user@host/", "[proto][user][][host][][/][]"),
-        {"proto://user:@host/", "[proto][user][][host][][/][]", "proto://user@host/"},
-        same("proto://u:p@ss@host", "[proto][u][p@ss][host][][][]"),
-        same("proto://a@b@host", "[proto][a@b][][host][][][]"),
-        same("proto://a@b", "[proto][][][a@b][][][]"),
-        same("proto://a@b:c@host:1", "[proto][a@b][c][host][1][][]"),
-        {"proto://host:80;x@y=1", "[proto][host][80;x][y=1][][][]", "proto://host:80;x@y=1"},
+             // User info: the first ":" or the last possible "@" ends it.
+             {"proto://user:@host/", "[proto][user][][host][][/][]", "proto://user@host/"},
+             {"proto://u:p@ss@host", "[proto][u][p@ss][host][][][]"},
+             {"proto://a@b", "[proto][][][a@b][][][]"},
+             {"proto://host:80;x@y=1", "[proto][host][80;x][y=1][][][]"},
 
-        // ";" and "&" continue a host or a path; they start the query behind a port, or where
-        // nothing else matches.
-        same("proto://host/p;a=1", "[proto][][][host][][/p;a=1][]"),
-        same("proto://host;a=1", "[proto][][][host;a=1][][][]"),
-        {"proto://host:80;a=1", "[proto][][][host][80][][]{a=1}", "proto://host:80?a=1"},
-        {"proto://host;a:b=1", "[proto][][][host][][][]{a:b=1}", "proto://host?a:b=1"},
+             // ";" and "&" continue a host or a path; they start the query behind a port, or where
+             // nothing else matches.
+             {"proto://host/p;a=1", "[proto][][][host][][/p;a=1][]"},
+             {"proto://host;a=1", "[proto][][][host;a=1][][][]"},
+             {"proto://host:80;a=1", "[proto][][][host][80][][]{a=1}", "proto://host:80?a=1"},
+             {"proto://host;a:b=1", "[proto][][][host][][][]{a:b=1}", "proto://host?a:b=1"},
 
-        // Queries are sorted by name, the first of several values stays.
-        {"proto://host/p?a=1;b=2", "[proto][][][host][][/p][]{a=1}{b=2}", "proto://host/p?a=1&b=2"},
-        {"proto://host/p?a=1?b=2", "[proto][][][host][][/p][]{a=1}{b=2}", "proto://host/p?a=1&b=2"},
-        {"proto://host?b=2&a=1&a=3", "[proto][][][host][][][]{a=1}{b=2}", "proto://host?a=1&b=2"},
-        {"proto://host?B=1&a=2&A=3", "[proto][][][host][][][]{A=3}{B=1}{a=2}",
-         "proto://host?A=3&B=1&a=2"},
-        same("proto://host/p?a=", "[proto][][][host][][/p][]{a=}"),
-
-        {"proto://host/p#", "[proto][][][host][][/p][]", "proto://host/p"},
-        {"proto://host/p?a=1#", "[proto][][][host][][/p][]{a=1}", "proto://host/p?a=1"},
-    };
-    for (auto const& [text, components, printed] : rows) {
+             // Parameters are sorted by name; the first value of a name is kept.
+             {"proto://host?b=2;a=&a=3?B=1", "[proto][][][host][][][]{B=1}{a=}{b=2}",
+              "proto://host?B=1&a=&b=2"},
+             {"proto://host/p?a=1#", "[proto][][][host][][/p][]{a=1}", "proto://host/p?a=1"},
+         }) {
         SCOPED_TRACE(text);
         Url const url(text);
 
@@ -95,33 +77,33 @@ TEST(UrlTest, ParsesIntoComponentsAndPrints) {
 }
 
 TEST(UrlTest, RefusesWhatIsNotAUrl) {
-    for (std::string const text : {"",
-                                   "proto",
-                                   "proto:/host",
-                                   "proto://",
-                                   "://host",
-                                   "a+b://host",
-                                   " proto://host",
-                                   "proto://a/",
-                                   "proto://-host",
-                                   "proto://:pw@host/",
-                                   "proto://u:p:q@host",
-                                   "proto://host:",
-                                   "proto://host:x/",
-                                   "proto://host/p?a",
-                                   "proto://host/p?",
-                                   "proto://host/p?=1",
-                                   "proto://host/p?a=1&&b=2",
-                                   "proto://host/p?a=b=c",
-                                   "proto://host/p?u=x/y",
-                                   "proto://host/p#a/b",
-                                   "proto://host/p#s?x=1",
-                                   "proto://host#a#b"}) {
+    for (auto const* text : {"",
+                             "proto",
+                             "proto:/host",
+                             "proto://",
+                             "://host",
+                             "a+b://host",
+                             " proto://host",
+                             "proto://a/",
+                             "proto://-host",
+                             "proto://:pw@host/",
+                             "proto://u:p:q@host",
+                             "proto://host:",
+                             "proto://host:x/",
+                             "proto://host/p?a",
+                             "proto://host/p?",
+                             "proto://host/p?=1",
+                             "proto://host/p?a=1&&b=2",
+                             "proto://host/p?a=b=c",
+                             "proto://host/p?u=x/y",
+                             "proto://host/p#a/b",
+                             "proto://host/p#s?x=1",
+                             "proto://host#a#b"}) {
         SCOPED_TRACE(text);
         Url const url(text);
 
-        EXPECT_FALSE(url.isValid());
         EXPECT_EQ(describe(url), describe(Url()));
+        EXPECT_FALSE(url.isValid());
         EXPECT_EQ(url.toString(), "");
     }
 }
@@ -134,7 +116,7 @@ void expectLikeReference(std::string const& text) {
 }
 
 TEST(UrlTest, AgreesWithThePatternOnAllShortTexts) {
-    std::string const alphabet = "a1_:/@?#;&=.";
+    std::string const alphabet = "a1:/@?#;&=.";
     constexpr std::size_t MAX_LENGTH = 5;
     std::vector<std::string> texts = {"a://"};
     for (std::size_t length = 0; length <= MAX_LENGTH; ++length) {
@@ -158,7 +140,7 @@ TEST(UrlTest, AgreesWithThePatternOnRandomTexts) {
     std::mt19937 random(20240229);
     std::uniform_int_distribution<std::size_t> piece(0, pieces.size() - 1);
     std::uniform_int_distribution<int> count(0, 24);
-    for (int i = 0; i < 60'000; ++i) {
+    for (int i = 0; i < 30'000; ++i) {
         std::string text = i % 16 == 0 ? "" : "p0_://";
         for (auto left = count(random); left > 0; --left) {
             text += pieces[piece(random)];
@@ -175,16 +157,14 @@ std::string repeated(std::string const& piece, std::size_t size) {
     return text;
 }
 
-// The patterns, run by the standard library, overflow the stack from 26 KB on and take seconds from
-// 1 KB on.
+// The standard library's matcher overflows the stack on texts like these, or takes hours.
 TEST(UrlTest, EndsOnLongAndAmbiguousTexts) {
-    constexpr std::size_t SIZE = 1 << 20;
+    constexpr std::size_t SIZE = 1 << 18;
     for (auto const piece : {"a@", ";a=1", "/", "@", "a:", "?a=1", ";", "=", "a", "#", "?", "&a"}) {
         auto const run = repeated(piece, SIZE);
         for (auto const* start : {"p://", "p://host/", "p://u:", "p://host:1", "p://host?"}) {
             for (auto const* end : {"", "@host", "/", "?a", "#"}) {
                 Url const url(start + run + end);
-
                 EXPECT_EQ(url.toString().empty(), !url.isValid()) << start << piece << end;
             }
         }
@@ -193,24 +173,24 @@ TEST(UrlTest, EndsOnLongAndAmbiguousTexts) {
     EXPECT_EQ(Url("p://host/" + repeated("a/", SIZE)).path().size(), SIZE + 1);
 }
 
-TEST(UrlTest, OfManyParametersWithOneNameTheFirstStays) {
+TEST(UrlTest, KeepsTheFirstOfManyParametersWithOneName) {
     Parameters expected;
-    std::string text = "proto://host?first=0";
-    expected.emplace("first", "0");
+    std::string text = "proto://host";
     for (int i = 0; i < 5'000; ++i) {
         auto const name = "n" + std::to_string(i * 7919 % 3'000);
         expected.emplace(name, std::to_string(i));
-        text.append("&").append(name).append("=").append(std::to_string(i));
+        text.append(i == 0 ? "?" : "&").append(name).append("=").append(std::to_string(i));
     }
-
     EXPECT_EQ(Url(text).parameters(), expected);
 }
 
 TEST(UrlTest, SettersStoreWhatTheyAreGiven) {
     Url url;
+    url.addParameter("a", "1");
     url.setProtocol("proto");
+    EXPECT_FALSE(url.isValid());
     url.setHost("h");
-    EXPECT_EQ(url.toString(), "proto://h");
+    EXPECT_EQ(url.toString(), "proto://h?a=1");
 
     url.setPath("p");
     url.setPort("x");
@@ -224,25 +204,25 @@ TEST(UrlTest, SettersStoreWhatTheyAreGiven) {
     EXPECT_EQ(url.toString(), "");
     url.setUserInfo({});
     EXPECT_TRUE(url.isValid());
-    url.setHost("");
+    url.setProtocol("");
     EXPECT_FALSE(url.isValid());
 }
 
 TEST(UrlTest, EditsParameters) {
-    Url url(std::string("proto://host?a=1"));
+    Url url("proto://host?a=1");
     url.addParameter("a", "2");
     url.addParameter("b", "3");
     EXPECT_EQ(url.parameters(), (Parameters{{"a", "2"}, {"b", "3"}}));
     EXPECT_TRUE(url.removeParameter("a"));
     EXPECT_FALSE(url.removeParameter("a"));
 
-    Parameters const kept = {{"d", "5"}};
-    url.setParameters(kept);
-    EXPECT_EQ(url.parameters(), kept);
-    Parameters taken = {{"c", "4"}};
-    url.setParameters(std::move(taken));
+    Parameters entries = {{"c", "4"}};
+    url.setParameters(std::as_const(entries));
+    EXPECT_EQ(url.parameters(), entries);
+    url.setParameters({});
+    url.setParameters(std::move(entries));
     EXPECT_EQ(url.toString(), "proto://host?c=4");
-    EXPECT_TRUE(taken.empty());  // NOLINT(bugprone-use-after-move): documented
+    EXPECT_TRUE(entries.empty());  // NOLINT(bugprone-use-after-move): promised
 }
 
 }  // namespace
