@@ -2,15 +2,13 @@
 
 #include <string>
 
-/// Each of these registers the benchmarks of one subject. `server` is the address below which a
-/// body of N bytes is served as N.
+/// Each of these registers the benchmarks of one subject. `server` is the address of a
+/// `LoopbackServer`.
 namespace Ostrel::Networking::Benchmarks {
 
-void registerAdapterBenchmarks();
-void registerBodyBenchmarks(std::string const& server);
-void registerCookieJarBenchmarks();
-void registerGetBenchmarks(std::string const& server);
-void registerStartBenchmarks();
-void registerUrlBenchmarks();
+void registerCookieJarBenchmark();
+void registerProcessBenchmarks(std::string const& server);
+void registerTransferBenchmarks(std::string const& server);
+void registerUrlBenchmark();
 
 }  // namespace Ostrel::Networking::Benchmarks

@@ -30,33 +30,23 @@ struct FilledJar {
     std::vector<Url> hosts;
 };
 
-/// Goes through the hosts in leaps, so that a large jar does not answer from the processor's
-/// caches. Every thread starts at a host of its own.
-double timeOfLookups(FilledJar const& filled, int threads) {
-    return timeOnThreads(threads, LOOKUPS / threads, [&filled](int thread, int i) {
-        auto const leap = static_cast<std::size_t>(i + thread * 31) * 7919;
-        auto const& url = filled.hosts[leap % filled.hosts.size()];
-        if (filled.jar.cookiesForUrl(url).size() != COOKIES_OF_A_HOST) {
+Contestant lookingUp(std::size_t size) {
+    auto const filled = std::make_shared<FilledJar>(size);
+    // Visits the hosts in leaps, so that the caches of the processor do not answer for a large jar.
+    auto const lookUp = [filled, leap = std::size_t{0}]() mutable {
+        leap += 7919;
+        auto const& url = filled->hosts[leap % filled->hosts.size()];
+        if (filled->jar.cookiesForUrl(url).size() != COOKIES_OF_A_HOST) {
             throw std::runtime_error("A cookie is missing");
         }
-    });
+    };
+    return {std::to_string(size), [lookUp] { return timeOf(LOOKUPS, lookUp); }};
 }
 
 }  // namespace
 
-void registerCookieJarBenchmarks() {
-    std::vector<std::shared_ptr<FilledJar>> jars;
-    for (auto const size : {100'000, 1'000, 10}) {
-        jars.push_back(std::make_shared<FilledJar>(size));
-    }
-    for (auto const threads : {1, 8}) {
-        std::vector<Contestant> contestants;
-        for (auto const& jar : jars) {
-            auto const size = std::to_string(jar->hosts.size() * COOKIES_OF_A_HOST);
-            contestants.push_back({size, [=] { return timeOfLookups(*jar, threads); }});
-        }
-        registerComparison("CookieJar/" + std::to_string(threads), contestants);
-    }
+void registerCookieJarBenchmark() {
+    registerComparison("CookieJar", {lookingUp(100'000), lookingUp(10)});
 }
 
 }  // namespace Ostrel::Networking::Benchmarks

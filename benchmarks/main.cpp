@@ -9,12 +9,10 @@ int main(int argc, char* argv[]) {
     namespace Benchmarks = Ostrel::Networking::Benchmarks;
 
     Benchmarks::LoopbackServer const server;
-    Benchmarks::registerUrlBenchmarks();
-    Benchmarks::registerGetBenchmarks(server.url());
-    Benchmarks::registerBodyBenchmarks(server.url());
-    Benchmarks::registerCookieJarBenchmarks();
-    Benchmarks::registerAdapterBenchmarks();
-    Benchmarks::registerStartBenchmarks();
+    Benchmarks::registerUrlBenchmark();
+    Benchmarks::registerTransferBenchmarks(server.url());
+    Benchmarks::registerProcessBenchmarks(server.url());
+    Benchmarks::registerCookieJarBenchmark();
     benchmark::AddCustomContext("compiler", COMPILER);
     benchmark::AddCustomContext("libcpr", CPR_VERSION);
     benchmark::AddCustomContext("libcurl", curl_version_info(CURLVERSION_NOW)->version);

@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 REPETITIONS=15
-MIN_TIME=0.4
+MIN_TIME=1
 DOCS=()
 for argument in "$@"; do
     case $argument in

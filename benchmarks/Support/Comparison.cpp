@@ -14,10 +14,6 @@ namespace Ostrel::Networking::Benchmarks {
 
 namespace {
 
-double secondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 double median(std::vector<double> values) {
     auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());
@@ -25,63 +21,53 @@ double median(std::vector<double> values) {
 }
 
 void compare(benchmark::State& state, std::vector<Contestant> const& contestants) {
-    std::vector<std::vector<double>> seconds(contestants.size());
+    std::vector<std::vector<double>> figures(contestants.size());
     for (std::size_t turn = 0; state.KeepRunning(); ++turn) {
-        auto const start = std::chrono::steady_clock::now();
-        for (std::size_t i = 0; i < contestants.size(); ++i) {
-            // Another one begins each turn, so that none always follows the same.
-            auto const next = (turn + i) % contestants.size();
-            seconds[next].push_back(contestants[next].measure());
-        }
-        state.SetIterationTime(secondsSince(start));
+        state.SetIterationTime(timeOf(1, [&] {
+            for (std::size_t i = 0; i < contestants.size(); ++i) {
+                // Each turn starts with another contestant, so that none always follows the same.
+                auto const next = (turn + i) % contestants.size();
+                figures[next].push_back(contestants[next].measure());
+            }
+        }));
     }
-    for (std::size_t i = 0; i < contestants.size(); ++i) {
+    auto const& first = contestants.front();
+    state.counters[first.name] = median(figures.front());
+    for (std::size_t i = 1; i < contestants.size(); ++i) {
         auto const& name = contestants[i].name;
-        state.counters[name] = median(seconds[i]);
+        state.counters[name] = median(figures[i]);
         std::vector<double> ratios;
-        std::transform(seconds[0].begin(), seconds[0].end(), seconds[i].begin(),
+        std::transform(figures[0].begin(), figures[0].end(), figures[i].begin(),
                        std::back_inserter(ratios), std::divides<>());
-        state.counters[contestants[0].name + "/" + name] = median(std::move(ratios));
+        state.counters[first.name + "/" + name] = median(std::move(ratios));
     }
 }
 
 }  // namespace
 
-void registerComparison(std::string const& name, std::vector<Contestant> const& contestants,
-                        double minTime) {
+void registerComparison(std::string const& name, std::vector<Contestant> const& contestants) {
     auto const run = [contestants](benchmark::State& state) { compare(state, contestants); };
     // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): Google Benchmark owns it.
-    auto* const comparison = benchmark::RegisterBenchmark(name.c_str(), run);
-    comparison->UseManualTime();
-    if (minTime > 0) {
-        comparison->MinTime(minTime);
-    }
+    benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime();
 }
 
-double timeOf(int count, std::function<void()> const& operation) {
+double timeOf(int count, std::function<void()> const& operation, int threads) {
+    auto const repeat = [count, &operation] {
+        for (auto i = 0; i < count; ++i) {
+            operation();
+        }
+    };
+    std::vector<std::thread> others;
     auto const start = std::chrono::steady_clock::now();
-    for (auto i = 0; i < count; ++i) {
-        operation();
+    for (auto thread = 1; thread < threads; ++thread) {
+        others.emplace_back(repeat);
     }
-    return secondsSince(start) / count;
-}
-
-double timeOnThreads(int threads, int count,
-                     std::function<void(int thread, int i)> const& operation) {
-    std::vector<std::thread> running;
-    running.reserve(static_cast<std::size_t>(threads));
-    auto const start = std::chrono::steady_clock::now();
-    for (auto thread = 0; thread < threads; ++thread) {
-        running.emplace_back([=, &operation] {
-            for (auto i = 0; i < count; ++i) {
-                operation(thread, i);
-            }
-        });
+    repeat();
+    for (auto& other : others) {
+        other.join();
     }
-    for (auto& thread : running) {
-        thread.join();
-    }
-    return secondsSince(start) / (threads * count);
+    std::chrono::duration<double> const seconds = std::chrono::steady_clock::now() - start;
+    return seconds.count() / (threads * count);
 }
 
 }  // namespace Ostrel::Networking::Benchmarks

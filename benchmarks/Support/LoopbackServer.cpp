@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
-#include <cstdlib>
+#include <cstdio>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -31,58 +31,51 @@ int checked(int result) {
     return result;
 }
 
-bool sendAll(int connection, std::string_view data) {
-    while (!data.empty()) {
-        auto const sent = send(connection, data.data(), data.size(), 0);
-        if (sent <= 0) {
-            return false;
-        }
-        data.remove_prefix(static_cast<std::size_t>(sent));
-    }
-    return true;
-}
-
-/// Answers "GET /N" with N bytes; false if the connection is over.
-bool answer(int connection, std::string const& content) {
+/// Empty if the client has closed the connection.
+std::string receiveRequest(int connection) {
     std::string request;
     std::array<char, 4096> piece{};
     while (request.find("\r\n\r\n") == std::string::npos) {
         auto const received = recv(connection, piece.data(), piece.size(), 0);
         if (received <= 0) {
-            return false;
+            return {};
         }
         request.append(piece.data(), static_cast<std::size_t>(received));
     }
-    auto const size =
-        std::strtoull(request.c_str() + std::string_view("GET /").size(), nullptr, 10);
-    auto const first = std::min<std::size_t>(size, content.size());
-    // The head leaves together with the first bytes of the body, as one segment where it fits.
-    auto sent = sendAll(connection,
-                        "HTTP/1.1 200 OK\r\nContent-Type: application/octet-stream\r\n"
-                        "Set-Cookie: session=38afes7a8; Path=/\r\nContent-Length: " +
-                            std::to_string(size) + "\r\n\r\n" + content.substr(0, first));
-    for (auto left = size - first; sent && left > 0;) {
-        auto const count = std::min<std::size_t>(left, content.size());
-        sent = sendAll(connection, std::string_view(content).substr(0, count));
-        left -= count;
+    return request;
+}
+
+/// The buffer of `connection` joins the head and the first bytes of the body, so that a small
+/// response is one segment.
+void answer(std::FILE* connection, std::string const& request, std::string const& content) {
+    auto left = std::stoul(request.substr(std::string_view("GET /").size()));
+    std::fprintf(connection,
+                 "HTTP/1.1 200 OK\r\nContent-Type: application/octet-stream\r\n"
+                 "Set-Cookie: session=38afes7a8; Path=/\r\nContent-Length: %lu\r\n\r\n",
+                 left);
+    while (left > 0 && std::ferror(connection) == 0) {
+        left -= std::fwrite(content.data(), 1, std::min(left, content.size()), connection);
     }
-    return sent;
+    std::fflush(connection);
 }
 
 void serve(int listener) {
     std::string const content(std::size_t{256} * 1024, 'x');
     while (true) {
-        auto const connection = accept(listener, nullptr, nullptr);
-        while (answer(connection, content)) {
+        auto const socket = accept(listener, nullptr, nullptr);
+        auto* const connection = fdopen(socket, "w");
+        for (std::string request; !(request = receiveRequest(socket)).empty();) {
+            answer(connection, request, content);
         }
         // The client has closed. A reset spares it the state TIME_WAIT, in which the thousands of
         // connections of a benchmark would use up the ports.
         linger const reset{1, 0};
-        setsockopt(connection, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
-        close(connection);
+        setsockopt(socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+        std::fclose(connection);
     }
 }
 
+/// Serves until the other end of `lifeline` is closed.
 [[noreturn]] void runServer(int listener, int lifeline) {
     std::signal(SIGPIPE, SIG_IGN);
     for (int i = 0; i < WORKERS; ++i) {
@@ -94,7 +87,9 @@ void serve(int listener) {
     _exit(0);
 }
 
-int listenOnFreePort(int& port) {
+}  // namespace
+
+LoopbackServer::LoopbackServer() {
     auto const listener = checked(socket(AF_INET, SOCK_STREAM, 0));
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -104,14 +99,7 @@ int listenOnFreePort(int& port) {
     checked(bind(listener, generic, size));
     checked(listen(listener, SOMAXCONN));
     checked(getsockname(listener, generic, &size));
-    port = ntohs(address.sin_port);
-    return listener;
-}
-
-}  // namespace
-
-LoopbackServer::LoopbackServer() {
-    auto const listener = listenOnFreePort(port_);
+    url_ = "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/";
     std::array<int, 2> ends{};
     checked(pipe(ends.data()));
     process_ = checked(fork());
@@ -129,10 +117,6 @@ LoopbackServer::LoopbackServer() {
 LoopbackServer::~LoopbackServer() {
     close(lifeline_);
     waitpid(process_, nullptr, 0);
-}
-
-std::string LoopbackServer::url() const {
-    return "http://127.0.0.1:" + std::to_string(port_) + "/";
 }
 
 }  // namespace Ostrel::Networking::Benchmarks

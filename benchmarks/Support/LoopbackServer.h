@@ -6,10 +6,10 @@
 
 namespace Ostrel::Networking::Benchmarks {
 
-/// An HTTP server on a free port of 127.0.0.1 that does as little as it can, in a process of its
-/// own so that its memory and its locks do not count. Ends with this object, or with the process
-/// that made it. Must be made before that process starts threads. Throws `std::system_error` if
-/// the server cannot be started.
+/// An HTTP server on a free port of 127.0.0.1 that answers "GET /N" with a body of N bytes. It runs
+/// in a process of its own, so that its memory and its locks do not count. That process ends with
+/// this object, or with the process that created it. Must be created before that process starts
+/// threads. Throws `std::system_error` if the server cannot be started.
 class LoopbackServer {
 public:
     LoopbackServer();
@@ -17,11 +17,11 @@ public:
     LoopbackServer(LoopbackServer const&) = delete;
     LoopbackServer& operator=(LoopbackServer const&) = delete;
 
-    /// Followed by a decimal number, where a body of that many bytes is served.
-    [[nodiscard]] std::string url() const;
+    /// The address to which N is appended.
+    [[nodiscard]] std::string const& url() const { return url_; }
 
 private:
-    int port_ = 0;
+    std::string url_;
     int lifeline_ = -1;
     pid_t process_ = -1;
 };

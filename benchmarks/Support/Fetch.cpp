@@ -1,11 +1,16 @@
-#include "benchmarks/Support/Peers.h"
+#include "benchmarks/Support/Fetch.h"
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <stdexcept>
+#include <utility>
 
 #include <cpr/cpr.h>
 #include <curl/curl.h>
+
+#include "Networking/CreateHttpClient.h"
 
 namespace Ostrel::Networking::Benchmarks {
 
@@ -14,7 +19,28 @@ namespace {
 constexpr long TIMEOUT_MS = 30'000;
 constexpr int MAX_REDIRECTS = 5;
 
-void prepare(cpr::Session& session, std::string const& url) {
+void require(bool isComplete, std::string const& url) {
+    if (!isComplete) {
+        throw std::runtime_error("No complete answer from " + url);
+    }
+}
+
+Response getByLibrary(std::string const& url, std::function<void(std::string)> onData) {
+    Request request;
+    request.url = url;
+    request.headers = {{"Accept", "application/json"}, {"Accept-Language", "en"}};
+    request.cookies = {{"session", "38afes7a8"}, {"theme", "dark"}};
+    Options options;
+    options.timeout = std::int64_t{TIMEOUT_MS} * 1000;
+    options.followRedirects = true;
+    options.maxRedirects = MAX_REDIRECTS;
+    options.onData = std::move(onData);
+    auto response = createHttpClient(HttpClientType::Cpr)->get(request, options);
+    require(response.error.code == ErrorCode::Ok, url);
+    return response;
+}
+
+cpr::Response getByCpr(cpr::Session& session, std::string const& url) {
     session.SetUrl(cpr::Url(url));
     session.SetHeader({{"Accept", "application/json"}, {"Accept-Language", "en"}});
     session.SetCookies({{"session", "38afes7a8"}, {"theme", "dark"}});
@@ -22,6 +48,9 @@ void prepare(cpr::Session& session, std::string const& url) {
     session.SetRedirect(
         cpr::Redirect(long{MAX_REDIRECTS}, true, false, cpr::PostRedirectFlags::POST_ALL));
     session.SetProgressCallback(cpr::ProgressCallback([](auto&&...) { return true; }));
+    auto response = session.Get();
+    require(!response.error, url);
+    return response;
 }
 
 std::size_t append(char* data, std::size_t one, std::size_t size, void* target) {
@@ -33,38 +62,28 @@ int carryOn(void*, curl_off_t, curl_off_t, curl_off_t, curl_off_t) { return 0; }
 
 }  // namespace
 
-Request requestFor(std::string const& url) {
-    Request request;
-    request.url = url;
-    request.headers = {{"Accept", "application/json"}, {"Accept-Language", "en"}};
-    request.cookies = {{"session", "38afes7a8"}, {"theme", "dark"}};
-    return request;
-}
+std::size_t collectByLibrary(std::string const& url) { return getByLibrary(url, {}).body.size(); }
 
-Options standardOptions() {
-    Options options;
-    options.timeout = std::int64_t{TIMEOUT_MS} * 1000;
-    options.followRedirects = true;
-    options.maxRedirects = MAX_REDIRECTS;
-    return options;
+std::size_t streamByLibrary(std::string const& url) {
+    std::size_t size = 0;
+    getByLibrary(url, [&size](std::string const& piece) { size += piece.size(); });
+    return size;
 }
 
 std::size_t collectByCpr(std::string const& url) {
     cpr::Session session;
-    prepare(session, url);
-    return session.Get().text.size();
+    return getByCpr(session, url).text.size();
 }
 
 std::size_t streamByCpr(std::string const& url) {
     std::size_t size = 0;
     cpr::Session session;
-    prepare(session, url);
     session.SetWriteCallback(cpr::WriteCallback([&size](auto const& piece, std::intptr_t) {
         size += piece.size();
         return true;
     }));
-    auto const response = session.Get();
-    return response.error ? 0 : size;
+    getByCpr(session, url);
+    return size;
 }
 
 std::size_t collectByCurl(std::string const& url) {
@@ -85,7 +104,6 @@ std::size_t collectByCurl(std::string const& url) {
     curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, TIMEOUT_MS);
     curl_easy_setopt(curl, CURLOPT_FOLLOWLOCATION, 1L);
     curl_easy_setopt(curl, CURLOPT_MAXREDIRS, long{MAX_REDIRECTS});
-    curl_easy_setopt(curl, CURLOPT_POSTREDIR, long{CURL_REDIR_POST_ALL});
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(curl, CURLOPT_NOPROGRESS, 0L);
     curl_easy_setopt(curl, CURLOPT_XFERINFOFUNCTION, carryOn);
@@ -93,12 +111,7 @@ std::size_t collectByCurl(std::string const& url) {
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &body);
     curl_easy_setopt(curl, CURLOPT_HEADERFUNCTION, append);
     curl_easy_setopt(curl, CURLOPT_HEADERDATA, &head);
-    if (curl_easy_perform(curl) != CURLE_OK) {
-        return 0;
-    }
-    curl_slist* cookies = nullptr;
-    curl_easy_getinfo(curl, CURLINFO_COOKIELIST, &cookies);
-    curl_slist_free_all(cookies);
+    require(curl_easy_perform(curl) == CURLE_OK, url);
     return body.size();
 }
 
