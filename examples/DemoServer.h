@@ -3,9 +3,8 @@
 #include <memory>
 #include <string>
 
-/// An HTTP server inside this process, on a free port of 127.0.0.1, with a few resources for the
-/// demo to ask for. As a proxy it answers every GET itself, and tells its port and what it was
-/// asked for.
+/// An HTTP server inside this process, on a free port of 127.0.0.1, with the resources of the demo.
+/// Used as a proxy, it answers every request itself, with its port and the URL in the body.
 class DemoServer {
 public:
     /// Size of the resource "/download", in bytes.

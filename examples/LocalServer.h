@@ -22,7 +22,7 @@ public:
     explicit LocalServer(
         Handler handler = [](auto const&, auto&) {},
         std::unique_ptr<httplib::Server> server = std::make_unique<httplib::Server>());
-    /// Releases stalled handlers and ends the server.
+    /// Releases blocked handlers and ends the server.
     ~LocalServer();
     LocalServer(LocalServer const&) = delete;
     LocalServer& operator=(LocalServer const&) = delete;
@@ -33,7 +33,7 @@ public:
     /// that of a form included; the members for the parts of a form stay empty.
     [[nodiscard]] std::vector<httplib::Request> requests() const;
 
-    /// Keeps a handler from answering until `release`, or the end of the server, or of `limit`.
+    /// Blocks a handler until `release` is called, the server ends, or `limit` has passed.
     void stall(std::chrono::seconds limit = std::chrono::seconds(20));
     void release();
 

@@ -1,4 +1,4 @@
-// Tells whether a resource is newer than a date, which is written as in the header Last-Modified.
+// Tells whether a resource is newer than a date in the format of the Last-Modified header.
 // Usage: check_for_update URL "Sun, 22 Nov 2026 10:00:00 GMT"
 
 #include <ctime>
@@ -12,8 +12,8 @@ using namespace Ostrel::Networking;
 namespace {
 
 // [snippet]
-// Reads a date as `getLastModified` reads that of an answer, so that the time zone of the process,
-// which shifts both, cancels out.
+// Reads a date as `getLastModified` does: the time zone of the process shifts both by the same
+// time, so it does not change how they compare.
 std::time_t timeOf(std::string const& lastModified) {
     Response response;
     response.error.code = ErrorCode::Ok;
@@ -37,7 +37,7 @@ int main(int argc, char* argv[]) {
     options.timeout = 10'000'000;  // microseconds
     auto const response = createHttpClient(HttpClientType::Cpr)->head(request, options);
     if (response.statusCode != 200 || response.getLastModified() == 0) {
-        std::cerr << "cannot tell\n";
+        std::cerr << "cannot tell whether there is a newer version\n";
         return 1;
     }
     auto const isNewer = response.getLastModified() > timeOf(installed);

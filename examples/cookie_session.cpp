@@ -1,4 +1,4 @@
-// Logs in with a form, then fetches a page as the user who is logged in.
+// Logs in with a form, then fetches a page that needs the login.
 // Usage: cookie_session LOGIN_URL PAGE_URL
 
 #include <iostream>
@@ -16,7 +16,7 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     // [snippet]
-    // The application keeps the jar, and can look into it or share it with other clients.
+    // The application can inspect the jar and share it with other clients.
     auto const jar = std::make_shared<CookieJar>();
     auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), jar);
     Options options;
@@ -27,10 +27,10 @@ int main(int argc, char* argv[]) {
     MultiPart const form{{{"user", "ada", ""}, {"password", "secret", ""}}};
     auto const welcome = client->post(login, form, options);
     if (welcome.error.code != ErrorCode::Ok || welcome.statusCode != 200) {
-        std::cerr << "no login: " << welcome.statusLine << welcome.error.message << '\n';
+        std::cerr << "login failed: " << welcome.statusLine << welcome.error.message << '\n';
         return 1;
     }
-    std::cout << "cookies kept: " << jar->cookiesForUrl(login.url).size() << '\n';
+    std::cout << "cookies stored: " << jar->cookiesForUrl(login.url).size() << '\n';
 
     Request page;
     page.url = Url(argv[2]);

@@ -239,7 +239,7 @@ int fetch(std::string const& url) {
     auto const response = [&] {
         ProgressBar bar;
         auto options = defaultOptions();
-        // A large file may take its time, but the server must not be silent for 30 seconds.
+        // No limit on the duration, but 30 seconds below 1 byte per second end the transfer.
         options.timeout = 0;
         options.lowSpeedLimit = 1;
         options.lowSpeedTime = 30;

@@ -1,4 +1,4 @@
-// Downloads a URL into a file, which appears once it is complete. Ctrl-C cancels.
+// Downloads a URL into a file, which appears when it is complete. Ctrl-C cancels the download.
 // Usage: download_file URL FILE
 
 #include <atomic>
@@ -22,7 +22,7 @@ bool download(Url const& url, std::filesystem::path const& target) {
     partial += ".part";
     std::ofstream file(partial, std::ios::binary);
     Options options;
-    // No limit on the whole, but one on silence: less than 1 byte per second for 30 seconds.
+    // No limit on the duration, but 30 seconds below 1 byte per second end the transfer.
     options.lowSpeedLimit = 1;
     options.lowSpeedTime = 30;
     options.progressInterval = 200'000;  // microseconds
@@ -30,7 +30,7 @@ bool download(Url const& url, std::filesystem::path const& target) {
         std::cerr << now * 100 / total << " %\n";
     };
     options.onData = [&file](std::string const& chunk) { file << chunk; };
-    // Any thread may set the flag, that of a button, say. A full disk ends the transfer, too.
+    // Any thread may set the flag. A full disk also ends the transfer.
     options.isCancelled = [&file] { return CANCELLED || !file; };
 
     auto const response = createHttpClient(HttpClientType::Cpr)->get({url, {}, {}}, options);

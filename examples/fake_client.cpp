@@ -1,4 +1,4 @@
-// Tests a function that asks a server, without a server.
+// Tests a function that sends a request, without a server.
 // Usage: fake_client
 
 #include <iostream>
@@ -10,7 +10,7 @@ using namespace Ostrel::Networking;
 
 namespace {
 
-/// The function under test: it takes the client that it uses.
+/// The function under test. It gets the client as an argument.
 std::string newestVersion(IHttpClient& client) {
     Request request;
     request.url = Url("https://example.com/newest");
@@ -46,7 +46,7 @@ private:
 int main() {
     // [snippet]
     FakeClient client;
-    auto const before = newestVersion(client);  // A new `Response` is one of a call not performed.
+    auto const before = newestVersion(client);  // The answer is still `NotPerformed`.
     client.answer.statusCode = 200;
     client.answer.body = "2.1";
     auto const after = newestVersion(client);

@@ -1,4 +1,4 @@
-// Fetches a URL over https, whatever protocol it is written with.
+// Fetches a URL over HTTPS, whatever its protocol is.
 // Usage: forced_https URL
 
 #include <iostream>

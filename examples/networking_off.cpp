@@ -15,7 +15,7 @@ int main(int argc, char* argv[]) {
     }
     auto const isOffline = argc == 3;
     // [snippet]
-    // Decided in one place; all other code has an `IHttpClient` and does not know which.
+    // The only line that depends on the setting: all other code uses an `IHttpClient`.
     auto const client = createHttpClient(isOffline ? HttpClientType::Stub : HttpClientType::Cpr);
 
     Request request;
@@ -27,7 +27,7 @@ int main(int argc, char* argv[]) {
         std::cerr << "failed: " << response.error.message << '\n';
         return 1;
     }
-    // The stub succeeds without a status, so look for the one that you need.
+    // The stub answers with `ErrorCode::Ok` and status 0, so check for the status that you need.
     std::cout << (response.statusCode == 200 ? response.body : "nothing new") << '\n';
     // [/snippet]
 }

@@ -1,4 +1,4 @@
-// Posts a note as JSON and prints what the server makes of it.
+// Posts a note as JSON and prints the server's answer.
 // Usage: post_json URL
 
 #include <iostream>

@@ -1,4 +1,4 @@
-// Fetches a URL with growing patience: two attempts, then a last one from a mirror.
+// Fetches a URL in at most three attempts, with growing timeouts. The third goes to a mirror.
 // Usage: retry_with_fallback URL MIRROR
 
 #include <cstdint>
@@ -13,7 +13,7 @@ using namespace Ostrel::Networking;
 namespace {
 
 // [snippet]
-/// An adapter of your own: sends every request to the server of another URL.
+/// Sends every request to the server of another URL.
 class MirrorAdapter final : public ClientAdapter {
 public:
     MirrorAdapter(std::shared_ptr<IHttpClient> const& client, Url const& mirror)
@@ -41,14 +41,14 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     // [snippet]
-    constexpr std::int64_t SECOND = 1'000'000;  // Timeouts are microseconds.
+    constexpr std::int64_t SECOND = 1'000'000;  // Timeouts are in microseconds.
     std::shared_ptr<IHttpClient> const direct = createHttpClient(HttpClientType::Cpr);
     auto const mirrored = std::make_shared<MirrorAdapter>(direct, Url(argv[2]));
     auto const client = addRetriesAdapter(
         direct, {{1 * SECOND, nullptr}, {3 * SECOND, nullptr}, {10 * SECOND, mirrored}});
     Request request;
     request.url = Url(argv[1]);
-    // Each attempt starts from the beginning, so collect the body in the response, not in a sink.
+    // Without `onData`, which would also get pieces of the attempts that failed.
     auto const response = client->get(request, {});
     // [/snippet]
     if (response.error.code != ErrorCode::Ok) {

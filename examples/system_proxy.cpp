@@ -1,4 +1,4 @@
-// Fetches a URL through the proxy of the system's settings.
+// Fetches a URL through the proxy in the settings of the system.
 // Usage: system_proxy URL
 
 #include <iostream>
@@ -22,8 +22,7 @@ int main(int argc, char* argv[]) {
     auto const response = client->get(request, options);
 
     if (response.error.code == ErrorCode::ProxyResolutionFailure) {
-        std::cerr << "look at the proxy in the network settings: " << response.error.message
-                  << '\n';
+        std::cerr << "check the proxy in the network settings: " << response.error.message << '\n';
         return 1;
     }
     // [/snippet]

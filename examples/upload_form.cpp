@@ -1,4 +1,4 @@
-// Sends a report with the text of a log file, as a browser sends a form.
+// Sends a form with the text of a log file.
 // Usage: upload_form URL LOG_FILE
 
 #include <fstream>
@@ -24,7 +24,7 @@ int main(int argc, char* argv[]) {
     Request request;
     request.url = Url(argv[1]);
     Options options;
-    options.timeout = 60'000'000;  // microseconds, the upload included
+    options.timeout = 60'000'000;  // microseconds, including the upload
     auto const response = createHttpClient(HttpClientType::Cpr)->post(request, form, options);
     // [/snippet]
     if (response.error.code != ErrorCode::Ok) {
