@@ -19,6 +19,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::Pair;
+using Testing::requestFor;
 using Testing::ScriptedClient;
 
 using Client = std::shared_ptr<IHttpClient>;
@@ -26,8 +27,6 @@ using Cookies = std::map<std::string, std::string>;
 
 constexpr auto OK = ErrorCode::Ok;
 constexpr auto LATE = ErrorCode::OperationTimedOut;
-
-Request requestFor(std::string const& url) { return {url, {}, {}}; }
 
 struct Provider : IProxyProvider {
     using Ask = std::function<ProxyInfo(std::string const&)>;

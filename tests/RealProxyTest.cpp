@@ -10,7 +10,6 @@
 #include <gmock/gmock.h>
 
 #include "Networking/Adapters/SystemProxyAdapter.h"
-#include "Networking/Cpr/CprHttpClient.h"
 #include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 
@@ -28,15 +27,34 @@ struct Tinyproxy : IProxyProvider {
     [[nodiscard]] ProxyInfo getProxy(std::string const&) const override {
         return {ProxyType::Http, "127.0.0.1", std::stoi(environment("PROXY_PORT"))};
     }
-
-    static std::string log() {
-        std::ifstream file(environment("PROXY_LOG"));
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
 };
 
+Response perform(Testing::Operation const& operation, std::string const& origin, int port) {
+    SystemProxyAdapter chain(std::make_shared<CprHttpClient>(), std::make_unique<Tinyproxy>());
+    auto const url = origin + ":" + std::to_string(port) + "/path?a=1";
+    return operation.call(chain, Testing::requestFor(url), Testing::patient());
+}
+
+/// Expects that `server`, which is to echo, answers every operation; returns the last request.
+httplib::Request expectAnswers(std::string const& origin, LocalServer const& server) {
+    for (auto const& operation : Testing::operations()) {
+        auto const response = perform(operation, origin, server.port());
+        EXPECT_EQ(response.error.code, ErrorCode::Ok) << response.error.message;
+        EXPECT_EQ(response.statusCode, 200);
+        EXPECT_EQ(response.body, operation.method == "HEAD" ? "" : operation.method + " /path?a=1");
+    }
+    return server.requests().back();
+}
+
+void expectNoTrust(std::string const& origin, LocalServer const& server) {
+    auto const response = perform(Testing::operations()[0], origin, server.port());
+    EXPECT_EQ(response.error.code, ErrorCode::SslRemoteCertificateError);
+    EXPECT_EQ(response.body, "");
+    EXPECT_TRUE(server.requests().empty());
+}
+
 void echo(httplib::Request const& request, httplib::Response& response) {
-    response.set_content(request.method + " " + request.target + " " + request.body, "text/plain");
+    response.set_content(request.method + " " + request.target, "text/plain");
 }
 
 std::unique_ptr<httplib::Server> tls() {
@@ -44,61 +62,23 @@ std::unique_ptr<httplib::Server> tls() {
                                                 environment("KEY").c_str());
 }
 
-Request requestFor(std::string const& scheme, LocalServer const& server) {
-    Request request;
-    request.url = scheme + "://127.0.0.1:" + std::to_string(server.port()) + "/path?a=1";
-    return request;
-}
-
-Options patient() {
-    Options options;
-    options.timeout = 20'000'000;
-    return options;
-}
-
-SystemProxyAdapter client() {
-    return {std::make_shared<CprHttpClient>(), std::make_unique<Tinyproxy>()};
-}
-
-void expectAnswer(Testing::Operation const& operation, Response const& response) {
-    EXPECT_EQ(response.error.code, ErrorCode::Ok) << response.error.message;
-    EXPECT_EQ(response.statusCode, 200);
-    if (operation.method != "HEAD") {
-        EXPECT_THAT(response.body, HasSubstr(operation.method + " /path?a=1 "));
-    }
-}
-
 TEST(RealProxyTest, FetchesOverHttp) {
     LocalServer server(echo);
-    for (auto const& operation : Testing::operations()) {
-        SCOPED_TRACE(operation.name);
-        auto chain = client();
-        expectAnswer(operation, operation.call(chain, requestFor("http", server), patient()));
-        EXPECT_THAT(server.requests().back().get_header_value("Via"), HasSubstr("test-proxy"));
-    }
+    EXPECT_THAT(expectAnswers("http://127.0.0.1", server).get_header_value("Via"),
+                HasSubstr("test-proxy"));
 }
 
 TEST(RealProxyTest, RefusesAServerThatIsNotTrusted) {
-    LocalServer server(echo, tls());
-    for (auto const& operation : Testing::operations()) {
-        SCOPED_TRACE(operation.name);
-        auto chain = client();
-        auto const response = operation.call(chain, requestFor("https", server), patient());
-        EXPECT_EQ(response.error.code, ErrorCode::SslRemoteCertificateError);
-        EXPECT_EQ(response.body, "");
-    }
-    EXPECT_TRUE(server.requests().empty());
+    expectNoTrust("https://127.0.0.1", LocalServer(echo, tls()));
 }
 
 TEST(RealProxyTest, TrustedFetchesOverHttps) {
+    expectNoTrust("https://localhost", LocalServer(echo, tls()));  // Not in the certificate.
     LocalServer server(echo, tls());
-    for (auto const& operation : Testing::operations()) {
-        SCOPED_TRACE(operation.name);
-        auto chain = client();
-        expectAnswer(operation, operation.call(chain, requestFor("https", server), patient()));
-        EXPECT_EQ(server.requests().back().get_header_value("Via"), "") << "a tunnel";
-    }
-    EXPECT_THAT(Tinyproxy::log(), HasSubstr("CONNECT 127.0.0.1:" + std::to_string(server.port())));
+    EXPECT_EQ(expectAnswers("https://127.0.0.1", server).get_header_value("Via"), "") << "a tunnel";
+    std::ifstream log(environment("PROXY_LOG"));
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(log), {}),
+                HasSubstr("CONNECT 127.0.0.1:" + std::to_string(server.port())));
 }
 
 }  // namespace

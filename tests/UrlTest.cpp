@@ -31,11 +31,6 @@ std::string describe(Url const& url) {
                     url.host(), url.port(), url.path(), url.anchor());
 }
 
-std::string describe(Testing::ReferenceUrl const& url) {
-    return describe(url.parameters, url.protocol, url.user, url.password, url.host, url.port,
-                    url.path, url.anchor);
-}
-
 TEST(UrlTest, ParsesIntoComponentsAndPrints) {
     struct Row {
         std::string text;
@@ -67,63 +62,28 @@ TEST(UrlTest, ParsesIntoComponentsAndPrints) {
               "proto://host?B=1&a=&b=2"},
              {"proto://host/p?a=1#", "[proto][][][host][][/p][]{a=1}", "proto://host/p?a=1"},
          }) {
-        SCOPED_TRACE(text);
-        Url const url(text);
-
-        EXPECT_TRUE(url.isValid());
-        EXPECT_EQ(describe(url), components);
-        EXPECT_EQ(url.toString(), printed);
+        EXPECT_EQ(describe(Url(text)), components) << text;
+        EXPECT_EQ(Url(text).toString(), printed);
     }
 }
 
-TEST(UrlTest, RefusesWhatIsNotAUrl) {
-    for (auto const* text : {"",
-                             "proto",
-                             "proto:/host",
-                             "proto://",
-                             "://host",
-                             "a+b://host",
-                             " proto://host",
-                             "proto://a/",
-                             "proto://-host",
-                             "proto://:pw@host/",
-                             "proto://u:p:q@host",
-                             "proto://host:",
-                             "proto://host:x/",
-                             "proto://host/p?a",
-                             "proto://host/p?",
-                             "proto://host/p?=1",
-                             "proto://host/p?a=1&&b=2",
-                             "proto://host/p?a=b=c",
-                             "proto://host/p?u=x/y",
-                             "proto://host/p#a/b",
-                             "proto://host/p#s?x=1",
-                             "proto://host#a#b"}) {
-        SCOPED_TRACE(text);
-        Url const url(text);
-
-        EXPECT_EQ(describe(url), describe(Url()));
-        EXPECT_FALSE(url.isValid());
-        EXPECT_EQ(url.toString(), "");
-    }
-}
-
-void expectLikeReference(std::string const& text) {
-    Testing::ReferenceUrl const reference(text);
+void expectLikePattern(std::string const& text) {
+    Testing::ReferenceUrl const expected(text);
     Url const url(text);
-    ASSERT_EQ(url.isValid(), reference.matches) << text;
-    ASSERT_EQ(describe(url), describe(reference)) << text;
+    ASSERT_EQ(url.isValid(), expected.matches) << text;
+    ASSERT_EQ(describe(url),
+              describe(expected.parameters, expected.protocol, expected.user, expected.password,
+                       expected.host, expected.port, expected.path, expected.anchor))
+        << text;
 }
 
 TEST(UrlTest, AgreesWithThePatternOnAllShortTexts) {
-    std::string const alphabet = "a1:/@?#;&=.";
-    constexpr std::size_t MAX_LENGTH = 5;
     std::vector<std::string> texts = {"a://"};
-    for (std::size_t length = 0; length <= MAX_LENGTH; ++length) {
+    for (auto const length : {0, 1, 2, 3, 4, 5}) {
         std::vector<std::string> longer;
         for (auto const& text : texts) {
-            ASSERT_NO_FATAL_FAILURE(expectLikeReference(text));
-            for (auto const c : alphabet) {
+            ASSERT_NO_FATAL_FAILURE(expectLikePattern(text)) << length;
+            for (auto const c : {'a', '1', ':', '/', '@', '?', '#', ';', '&', '=', '.'}) {
                 longer.push_back(text + c);
             }
         }
@@ -138,20 +98,20 @@ TEST(UrlTest, AgreesWithThePatternOnRandomTexts) {
         "ho", ":8", "?a=", "&b", "=1", ";c", "@h", "\x80", "\xff",  "\n"s,  "\0"s,   " ",
         "-",  "%",  "//",  ":p", "u@", "st", "?x", "\xc3", "=\x7f", "&q=s", "/p;a=1"};
     std::mt19937 random(20240229);
-    std::uniform_int_distribution<std::size_t> piece(0, pieces.size() - 1);
-    std::uniform_int_distribution<int> count(0, 24);
+    auto const piece = [&] { return pieces[random() % pieces.size()]; };
     for (int i = 0; i < 30'000; ++i) {
-        std::string text = i % 16 == 0 ? "" : "p0_://";
-        for (auto left = count(random); left > 0; --left) {
-            text += pieces[piece(random)];
+        auto text = i % 16 == 0 ? piece() + "p" + piece() + "//h" : "p0_://";
+        for (auto left = random() % 25; left > 0; --left) {
+            text += piece();
         }
-        ASSERT_NO_FATAL_FAILURE(expectLikeReference(text));
+        ASSERT_NO_FATAL_FAILURE(expectLikePattern(text));
     }
 }
 
-std::string repeated(std::string const& piece, std::size_t size) {
+std::string repeated(std::string const& piece) {
+    constexpr std::size_t SIZE = 1 << 18;
     std::string text;
-    while (text.size() < size) {
+    while (text.size() < SIZE) {
         text += piece;
     }
     return text;
@@ -159,9 +119,8 @@ std::string repeated(std::string const& piece, std::size_t size) {
 
 // The standard library's matcher overflows the stack on texts like these, or takes hours.
 TEST(UrlTest, EndsOnLongAndAmbiguousTexts) {
-    constexpr std::size_t SIZE = 1 << 18;
     for (auto const piece : {"a@", ";a=1", "/", "@", "a:", "?a=1", ";", "=", "a", "#", "?", "&a"}) {
-        auto const run = repeated(piece, SIZE);
+        auto const run = repeated(piece);
         for (auto const* start : {"p://", "p://host/", "p://u:", "p://host:1", "p://host?"}) {
             for (auto const* end : {"", "@host", "/", "?a", "#"}) {
                 Url const url(start + run + end);
@@ -169,19 +128,8 @@ TEST(UrlTest, EndsOnLongAndAmbiguousTexts) {
             }
         }
     }
-    EXPECT_EQ(Url("p://" + repeated("a@", SIZE) + "host").host(), "host");
-    EXPECT_EQ(Url("p://host/" + repeated("a/", SIZE)).path().size(), SIZE + 1);
-}
-
-TEST(UrlTest, KeepsTheFirstOfManyParametersWithOneName) {
-    Parameters expected;
-    std::string text = "proto://host";
-    for (int i = 0; i < 5'000; ++i) {
-        auto const name = "n" + std::to_string(i * 7919 % 3'000);
-        expected.emplace(name, std::to_string(i));
-        text.append(i == 0 ? "?" : "&").append(name).append("=").append(std::to_string(i));
-    }
-    EXPECT_EQ(Url(text).parameters(), expected);
+    EXPECT_EQ(Url("p://" + repeated("a@") + "host").host(), "host");
+    EXPECT_EQ(Url("p://host" + repeated("/a")).path(), repeated("/a"));
 }
 
 TEST(UrlTest, SettersStoreWhatTheyAreGiven) {

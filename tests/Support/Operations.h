@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Networking/IHttpClient.h"
+#include "Networking/Cpr/CprHttpClient.h"
 
 namespace Ostrel::Networking::Testing {
 
@@ -28,6 +28,19 @@ inline std::vector<Operation> operations() {
         {"post form", "POST",
          [](auto& client, auto& request, auto& o) { return client.post(request, FORM, o); }},
     };
+}
+
+/// Long enough for a busy machine, short enough to end a test that hangs.
+inline Options patient() {
+    Options options;
+    options.timeout = 20'000'000;
+    return options;
+}
+
+inline Request requestFor(std::string const& url) { return {url, {}, {}}; }
+
+inline Response get(std::string const& url, Options const& options = patient()) {
+    return CprHttpClient().get(requestFor(url), options);
 }
 
 }  // namespace Ostrel::Networking::Testing

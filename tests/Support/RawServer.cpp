@@ -2,13 +2,11 @@
 
 #include <array>
 #include <csignal>
-#include <cstdint>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
 #include <arpa/inet.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -23,8 +21,7 @@ std::string Connection::readRequest() {
             break;
         }
         text += piece;
-        auto const end = text.find("\r\n\r\n");
-        if (wanted == std::string::npos && end != std::string::npos) {
+        if (auto const end = text.find("\r\n\r\n"); end != std::string::npos) {
             auto const length = text.find("\r\nContent-Length: ");
             wanted = end + 4 + (length < end ? std::strtoul(&text[length + 18], nullptr, 10) : 0);
         }
@@ -57,35 +54,29 @@ void Connection::reset() {
 RawServer::RawServer(Handler handler)
     : handler_(std::move(handler)), listener_(socket(AF_INET, SOCK_STREAM, 0)) {
     std::signal(SIGPIPE, SIG_IGN);  // Raised where a peer closes while the server sends.
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t length = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (bind(listener_, generic, length) != 0 || listen(listener_, 64) != 0 ||
-        getsockname(listener_, generic, &length) != 0) {
+    address_.sin_family = AF_INET;
+    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address_;
+    auto* const address = reinterpret_cast<sockaddr*>(&address_);
+    if (bind(listener_, address, length) != 0 || listen(listener_, 64) != 0 ||
+        getsockname(listener_, address, &length) != 0) {
         throw std::runtime_error("no free port on 127.0.0.1");
     }
-    port_ = ntohs(address.sin_port);
     thread_ = std::thread([this] { serve(); });
 }
 
 RawServer::~RawServer() {
     isStopping_ = true;
     // A connection wakes `accept` on every system; `shutdown` does not.
-    sockaddr_in address{};
-    socklen_t length = sizeof address;
-    auto* const generic = reinterpret_cast<sockaddr*>(&address);
     auto const waker = socket(AF_INET, SOCK_STREAM, 0);
-    (void)getsockname(listener_, generic, &length);
-    (void)connect(waker, generic, length);
+    (void)connect(waker, reinterpret_cast<sockaddr const*>(&address_), sizeof address_);
     thread_.join();
     close(waker);
     close(listener_);
 }
 
 void RawServer::serve() {
-    for (;;) {
+    while (!isStopping_) {
         auto const socket = accept(listener_, nullptr, nullptr);
         if (socket >= 0 && !isStopping_) {
             ++connections_;
@@ -95,17 +86,18 @@ void RawServer::serve() {
             handler_(connection);
         }
         close(socket);
-        if (isStopping_) {
-            return;
-        }
     }
 }
 
-RawServer::Handler answering(std::string text, std::vector<std::string>* requests) {
-    return [text = std::move(text), requests](Connection& connection) {
-        auto request = connection.readRequest();
+std::string RawServer::authority() const {
+    return "127.0.0.1:" + std::to_string(ntohs(address_.sin_port));
+}
+
+RawServer::Handler answering(std::string const& text, std::vector<std::string>* requests) {
+    return [text, requests](Connection& connection) {
+        auto const request = connection.readRequest();
         if (requests != nullptr) {
-            requests->push_back(std::move(request));
+            requests->push_back(request);
         }
         connection.send(text);
     };

@@ -7,6 +7,8 @@
 #include <thread>
 #include <vector>
 
+#include <netinet/in.h>
+
 namespace Ostrel::Networking::Testing {
 
 /// One connection that a `RawServer` has accepted. Waits at most 20 seconds for its peer.
@@ -39,10 +41,8 @@ public:
     RawServer(RawServer const&) = delete;
     RawServer& operator=(RawServer const&) = delete;
 
-    [[nodiscard]] std::string authority() const { return "127.0.0.1:" + std::to_string(port_); }
-    [[nodiscard]] std::string url(std::string const& path = "/") const {
-        return "http://" + authority() + path;
-    }
+    [[nodiscard]] std::string authority() const;
+    [[nodiscard]] std::string url() const { return "http://" + authority() + "/"; }
     /// How many connections were accepted.
     [[nodiscard]] int connections() const { return connections_; }
 
@@ -51,7 +51,7 @@ private:
 
     Handler handler_;
     int listener_;
-    int port_ = 0;
+    sockaddr_in address_{};
     std::atomic<bool> isStopping_ = false;
     std::atomic<int> connections_ = 0;
     std::thread thread_;
@@ -59,6 +59,6 @@ private:
 
 /// A handler that answers every request with `text`, and keeps what it read in `requests`, if that
 /// is given.
-RawServer::Handler answering(std::string text, std::vector<std::string>* requests = nullptr);
+RawServer::Handler answering(std::string const& text, std::vector<std::string>* requests = nullptr);
 
 }  // namespace Ostrel::Networking::Testing
