@@ -3,19 +3,19 @@
 #   --quick        few repetitions: shows that everything runs, the ratios are rough
 #   --update-docs  also writes the table and the picture into docs/
 # The figures stay in build/benchmark/benchmarks.json.
-set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/common.sh
 
 REPETITIONS=15
 MIN_TIME=1
-DOCS=()
+DOCS=
 for argument in "$@"; do
     case $argument in
         --quick)
             REPETITIONS=3
             MIN_TIME=0.01
             ;;
-        --update-docs) DOCS=(--docs docs) ;;
+        --update-docs) DOCS="--docs docs" ;;
         *)
             echo "usage: scripts/benchmark.sh [--quick] [--update-docs]" >&2
             exit 2
@@ -24,15 +24,14 @@ for argument in "$@"; do
 done
 
 scripts/install-dependencies.sh python3
-cmake --preset benchmark >/dev/null
-cmake --build --preset benchmark
+build benchmark
 CPU=$(sed -n 's/^model name[[:space:]]*: //p' /proc/cpuinfo 2>/dev/null | head -n 1 | tr -d ',=' || true)
 
-echo "benchmark: $REPETITIONS repetitions"
+say "$REPETITIONS repetitions"
 build/benchmark/benchmarks/QorNetworkingBenchmarks \
     --benchmark_repetitions="$REPETITIONS" --benchmark_enable_random_interleaving=true \
     --benchmark_min_time="$MIN_TIME" --benchmark_report_aggregates_only=true \
     --benchmark_context=cpu="${CPU:-unknown processor}" \
     --benchmark_out=build/benchmark/benchmarks.json --benchmark_out_format=json \
     >build/benchmark/benchmarks.log 2>&1 || { tail -n 20 build/benchmark/benchmarks.log >&2; exit 1; }
-python3 benchmarks/report.py "${DOCS[@]}" build/benchmark/benchmarks.json
+python3 benchmarks/report.py $DOCS build/benchmark/benchmarks.json

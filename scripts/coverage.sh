@@ -1,14 +1,13 @@
 #!/usr/bin/env bash
 # Installs what is missing, runs the tests on a build that counts lines, and prints which lines of Networking/ they reach. Fails
 # below 95 %.
-set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/common.sh
 
 scripts/install-dependencies.sh gcovr
-cmake --preset coverage
-cmake --build --preset coverage
+build coverage
 find build/coverage -name '*.gcda' -delete
-ctest --preset coverage -j "$(nproc)"
+ctest --preset coverage -j "$PROCESSORS"
 gcovr --root . --filter Networking/ --html-details build/coverage/report.html --txt - --fail-under-line 95 \
     build/coverage/CMakeFiles/QorNetworkingObjects.dir build/coverage/fuzz build/coverage/tests
-echo "Details: build/coverage/report.html"
+say "details in build/coverage/report.html"

@@ -1,19 +1,18 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the fuzz targets with clang and runs each for the given number of seconds (30 if none is
 # given). New inputs stay below build/; a finding ends the run and leaves its input there.
-set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/common.sh
 
-scripts/install-dependencies.sh clang libclang-rt-14-dev
-cmake --preset fuzz
-cmake --build --preset fuzz
+scripts/install-dependencies.sh clang libclang-rt-dev
+build fuzz
 cd build/fuzz
 
 fuzz() {
     local target=$1 seeds=../../fuzz/corpus/$2
     shift 2
     mkdir -p "corpus/$target"
-    echo "fuzzing: $target"
+    say "$target"
     "fuzz/$target" "corpus/$target" "$seeds" "-max_total_time=$SECONDS_EACH" -max_len=4096 -print_final_stats=1 "$@" 2>&1 |
         sed -n '/stat::/p; /does not hold/,$p; /ERROR/,$p; /runtime error/,$p'
 }

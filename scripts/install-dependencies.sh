@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Installs what building, testing and checking the library needs on Debian 12 and newer.
-# Does nothing where everything is present. Works as root or through sudo.
-set -euo pipefail
+# Installs what building, testing and checking the library needs on Debian 12 and newer, and the packages given as arguments.
+# Does nothing where everything is present. Works as root or through sudo. Without apt-get it only looks.
+cd "$(dirname "$0")/.."
+. scripts/common.sh
 
 PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
@@ -9,23 +10,28 @@ PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
     ca-certificates openssl tinyproxy-bin
 )
+HOMEBREW_FORMULAE="cmake ninja ccache pkgconf cpr glog googletest google-benchmark cpp-httplib"
 # Suites of the distribution that carry libcpr's source package, the first that has it is taken.
 CPR_SUITES=(forky sid)
 CPR_BUILD_PACKAGES=(dpkg-dev debhelper fakeroot)
 
-fail() {
-    echo "install-dependencies: $*" >&2
-    exit 1
+has_cpr() {
+    local prefix
+    for prefix in ${CMAKE_PREFIX_PATH:+${CMAKE_PREFIX_PATH//[:;]/ }} /usr /usr/local /opt/homebrew; do
+        compgen -G "$prefix/lib*/cmake/cpr/cpr*onfig.cmake" >/dev/null && return 0
+        compgen -G "$prefix/lib/*/cmake/cpr/cpr*onfig.cmake" >/dev/null && return 0
+        compgen -G "$prefix/share/cpr/cpr*onfig.cmake" >/dev/null && return 0
+    done
+    return 1
 }
 
-as_root() {
-    if [ "$(id -u)" -eq 0 ]; then
-        "$@"
-    elif command -v sudo >/dev/null; then
-        sudo "$@"
-    else
-        fail "root rights are needed for: $*; run this script as root or install sudo"
-    fi
+look_only() {
+    local tool missing=
+    has_cpr || missing=" libcpr"
+    for tool in cmake ninja "$@"; do
+        command -v "$tool" >/dev/null || missing="$missing $tool"
+    done
+    [ -z "$missing" ] || fail "missing:$missing. There is no apt-get here. With Homebrew: brew install $HOMEBREW_FORMULAE $*"
 }
 
 is_installed() {
@@ -39,30 +45,24 @@ missing_of() {
     done
 }
 
-update_once() {
-    [ -z "${UPDATED:-}" ] || return 0
-    as_root apt-get update -qq || fail "the package lists could not be read; is a package mirror reachable?"
-    UPDATED=yes
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+become_root() {
+    [ "$(id -u)" -ne 0 ] || return 0
+    command -v sudo >/dev/null || fail "root rights are needed; run this script as root or install sudo"
+    say "sudo may ask for your password"
+    sudo true || fail "sudo refused; nothing was installed"
 }
 
 install_packages() {
-    local missing
-    mapfile -t missing < <(missing_of "$@")
-    [ "${#missing[@]}" -gt 0 ] || return 0
-    update_once
-    echo "install-dependencies: installing ${missing[*]}"
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
-        "${missing[@]}" >/dev/null || fail "could not install: ${missing[*]}"
-}
-
-has_cpr() {
-    local prefix
-    for prefix in ${CMAKE_PREFIX_PATH:+${CMAKE_PREFIX_PATH//[:;]/ }} /usr /usr/local; do
-        compgen -G "$prefix/lib*/cmake/cpr/cpr*onfig.cmake" >/dev/null && return 0
-        compgen -G "$prefix/lib/*/cmake/cpr/cpr*onfig.cmake" >/dev/null && return 0
-        compgen -G "$prefix/share/cpr/cpr*onfig.cmake" >/dev/null && return 0
-    done
-    return 1
+    quietly as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "$@" ||
+        fail "could not install: $*"
 }
 
 # Runs apt-get on the lists of one newer suite, kept in a directory of their own: the machine's sources stay as they are.
@@ -77,8 +77,7 @@ apt_get_in() {
 # Leaves the unpacked source package of libcpr in $work/build.
 fetch_cpr() {
     local work=$1 mirror suite
-    mirror=$(apt-get indextargets --format '$(ORIGIN)|$(REPO_URI)' 'Created-By: Packages' |
-        sed -n '/[Ss]ecurity/d; s/^Debian|//p' | head -n 1)
+    mirror=$(debian_mirror)
     [ -n "$mirror" ] || fail "no Debian mirror is configured here; install libcpr (1.9 or newer) by hand"
     for suite in "${CPR_SUITES[@]}"; do
         printf 'Types: deb-src\nURIs: %s\nSuites: %s\nComponents: main\nSigned-By: %s\n' \
@@ -89,28 +88,34 @@ fetch_cpr() {
 }
 
 build_cpr() {
-    install_packages "${CPR_BUILD_PACKAGES[@]}"
-    update_once
     local work
     work=$(mktemp -d)
     trap "rm -rf '$work'" EXIT
     mkdir -p "$work/lists/partial" "$work/sources" "$work/build"
     fetch_cpr "$work"
-    echo "install-dependencies: building libcpr"
-    if ! (cd "$work"/build/cpr-*/ && DEB_BUILD_OPTIONS="nocheck parallel=$(nproc)" DEB_BUILD_PROFILES=nocheck \
-        dpkg-buildpackage -b -us -uc -d >"$work/build.log" 2>&1); then
-        tail -n 40 "$work/build.log" >&2
-        fail "libcpr could not be built from its source package"
-    fi
+    say "building libcpr, about half a minute"
+    cd "$work"/build/cpr-*/
+    DEB_BUILD_OPTIONS="nocheck parallel=$PROCESSORS" DEB_BUILD_PROFILES=nocheck \
+        quietly dpkg-buildpackage -b -us -uc -d || fail "libcpr could not be built from its source package"
     rm -f "$work"/build/*-dbgsym_*
-    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
-        "$work"/build/libcpr*.deb >/dev/null || fail "the packages of libcpr that were built could not be installed"
+    install_packages "$work"/build/libcpr*.deb
 }
 
 if ! command -v apt-get >/dev/null; then
-    has_cpr || fail "no apt-get here: install libcpr (1.9 or newer), libcurl, glog, GoogleTest, Google Benchmark," \
-        "cpp-httplib, cmake and ninja with your own package manager, see README.md"
-    exit 0
+    look_only "$@"
+    exit
 fi
-install_packages "${PACKAGES[@]}" "$@"
-has_cpr || build_cpr
+MISSING=($(missing_of "${PACKAGES[@]}" "$@"))
+has_cpr || MISSING+=(libcpr-dev)
+[ "${#MISSING[@]}" -gt 0 ] || exit 0
+say "installing with apt-get, which may take a minute: ${MISSING[*]}"
+become_root
+quietly as_root apt-get update || fail "the package lists could not be read; is a package mirror reachable?"
+if has_cpr || apt-cache show libcpr-dev >/dev/null 2>&1; then
+    install_packages "${MISSING[@]}"
+else
+    # This release of Debian has no package of libcpr.
+    unset 'MISSING[${#MISSING[@]}-1]'
+    install_packages "${MISSING[@]}" "${CPR_BUILD_PACKAGES[@]}"
+    build_cpr
+fi

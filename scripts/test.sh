@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the library and runs every test.
 # Arguments are passed on to ctest, as in: scripts/test.sh -R UrlTest
-set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/common.sh
 
 scripts/install-dependencies.sh
-cmake --preset release
-cmake --build --preset release
-ctest --preset release -j "$(nproc)" "$@"
+build release
+ctest --preset release -j "$PROCESSORS" "$@"
 # ctest itself does not say why.
 grep -h 'SKIPPED:' build/release/Testing/Temporary/LastTest.log || true

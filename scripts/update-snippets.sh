@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Copies the regions of the examples between "// [snippet]" and "// [/snippet]" into docs/cookbook.md, below the lines
 # "<!-- snippet: NAME -->". With --check it changes nothing, and fails if the page differs from the examples.
-set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/common.sh
 
 PAGE=docs/cookbook.md
 
@@ -30,11 +30,6 @@ updated_page() {
             IFS= read -r line || fail "no end of the block of code below: ${BASH_REMATCH[0]}"
         done
     done <"$PAGE"
-}
-
-fail() {
-    echo "update-snippets: $*" >&2
-    exit 1
 }
 
 UPDATED=$(updated_page)

@@ -1,0 +1,51 @@
+# Read by the other scripts. Names that a script gives to what it says, and what several of them do.
+set -euo pipefail
+
+SCRIPT=$(basename "$0" .sh)
+PROCESSORS=$(getconf _NPROCESSORS_ONLN)
+
+# Homebrew keeps glog where CMake does not look.
+if command -v brew >/dev/null; then
+    export CMAKE_PREFIX_PATH="$(brew --prefix):$(brew --prefix glog)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
+fi
+
+say() {
+    echo "$SCRIPT: $*" >&2
+}
+
+fail() {
+    say "$@"
+    exit 1
+}
+
+# Runs a command without its output, but for the last lines if it fails.
+quietly() {
+    local output status=0
+    output=$("$@" 2>&1) || status=$?
+    [ "$status" -eq 0 ] || tail -n 40 <<<"$output" >&2
+    return "$status"
+}
+
+# Runs a command and shows its progress on a terminal. Elsewhere only its last lines are shown, if it fails.
+with_progress() {
+    if [ -t 2 ]; then
+        "$@" >&2
+    else
+        quietly "$@"
+    fi
+}
+
+# Configures and builds a preset. Further arguments go to the build.
+build() {
+    local preset=$1
+    shift
+    say "building in build/$preset"
+    quietly cmake --preset "$preset" || fail "cmake could not configure build/$preset"
+    with_progress cmake --build --preset "$preset" "$@" || fail "the build failed"
+}
+
+# The address of the Debian mirror that this machine uses. The package lists must have been read once.
+debian_mirror() {
+    apt-get indextargets --format '$(ORIGIN)|$(REPO_URI)' 'Created-By: Packages' |
+        sed -n '/[Ss]ecurity/d; s/^Debian|//p' | head -n 1
+}
