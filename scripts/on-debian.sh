@@ -89,17 +89,23 @@ fi
 
 clean_up() {
     trap '' HUP INT TERM
-    kill -KILL $(jobs -p) 2>/dev/null || true
-    # Processes of the system that are about to end may still write to it.
-    local attempt
-    for attempt in {1..100}; do
-        rm -rf "$WORK" 2>/dev/null && return 0
+    # The end of the process that made the namespaces ends all that run in them.
+    {
+        kill -KILL $(jobs -p) && wait || true
+    } 2>/dev/null
+    # Until they have ended they may still write.
+    local deadline=$((SECONDS + 60))
+    until rm -rf "${WORK:-}" 2>/dev/null; do
+        [ "$SECONDS" -lt "$deadline" ] || fail "could not delete $WORK"
         sleep 0.1
     done
-    fail "could not delete $WORK"
 }
 
 [ "$(id -u)" -eq 0 ] || fail "works as root only"
+trap clean_up EXIT
+trap 'exit 129' HUP
+trap 'exit 130' INT
+trap 'exit 143' TERM
 scripts/install-dependencies.sh debootstrap
 [ -n "$(debian_mirror)" ] || quietly apt-get update || fail "the package lists could not be read"
 [ -n "$(debian_mirror)" ] || fail "no Debian mirror is configured here"
@@ -107,10 +113,6 @@ IN_NAMESPACES=(unshare --mount --pid --fork --kill-child --mount-proc)
 "${IN_NAMESPACES[@]}" true || fail "this machine refuses mount and process namespaces, which the script needs"
 
 WORK=$(mktemp -d "${TMPDIR:-/var/tmp}/on-debian.XXXXXX")
-trap clean_up EXIT
-trap 'exit 129' HUP
-trap 'exit 130' INT
-trap 'exit 143' TERM
 # In the background, because a signal would wait for the end of a command in the foreground.
 ON_DEBIAN_ROOT=$WORK/root "${IN_NAMESPACES[@]}" scripts/on-debian.sh "${ARGUMENTS[@]}" <&0 &
 wait $!
