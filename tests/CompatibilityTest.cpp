@@ -56,45 +56,40 @@ TEST(ErrorCodeTest, ConvertsEveryGroupedOutcome) {
     }
 }
 
-#define OUTCOME(name, code) \
-    { static_cast<int>(Outcome::name), ErrorCode::code }
-
 /// A template so that only a release that has these names compiles them.
 template <typename Outcome>
 void expectEverySingleOutcomeConverted() {
     if constexpr (!HasGroupedOutcomes<Outcome>::value) {
-        std::map<int, ErrorCode> special = {
-            OUTCOME(OK, Ok),
-            OUTCOME(COULDNT_CONNECT, ConnectionFailure),
-            OUTCOME(GOT_NOTHING, EmptyResponse),
-            OUTCOME(COULDNT_RESOLVE_HOST, HostResolutionFailure),
-            OUTCOME(URL_MALFORMAT, InvalidUrlFormat),
-            OUTCOME(RECV_ERROR, NetworkReceiveError),
-            OUTCOME(SEND_ERROR, NetworkSendFailure),
-            OUTCOME(OPERATION_TIMEDOUT, OperationTimedOut),
-            OUTCOME(COULDNT_RESOLVE_PROXY, ProxyResolutionFailure),
-            OUTCOME(SSL_CONNECT_ERROR, SslConnectError),
-            OUTCOME(SSL_CERTPROBLEM, SslLocalCertificateError),
-            OUTCOME(PEER_FAILED_VERIFICATION, SslRemoteCertificateError),
-            OUTCOME(SSL_CACERT_BADFILE, GenericSslError),
-            OUTCOME(SSL_CRL_BADFILE, GenericSslError),
-            OUTCOME(SSL_ISSUER_ERROR, GenericSslError),
-            OUTCOME(SSL_ENGINE_NOTFOUND, GenericSslError),
-            OUTCOME(SSL_ENGINE_SETFAILED, GenericSslError),
-            OUTCOME(SSL_ENGINE_INITFAILED, GenericSslError),
-            OUTCOME(SSL_CIPHER, GenericSslError),
-            OUTCOME(USE_SSL_FAILED, GenericSslError),
-            OUTCOME(SSL_SHUTDOWN_FAILED, GenericSslError),
-            OUTCOME(UNSUPPORTED_PROTOCOL, UnsupportedProtocol),
-            OUTCOME(ABORTED_BY_CALLBACK, RequestCancelled),
-            OUTCOME(WRITE_ERROR, RequestCancelled),
-            OUTCOME(TOO_MANY_REDIRECTS, TooManyRedirects),
-            OUTCOME(UNKNOWN_ERROR, UnknownError)};
+        std::map<Outcome, ErrorCode> special = {
+            {Outcome::OK, ErrorCode::Ok},
+            {Outcome::COULDNT_CONNECT, ErrorCode::ConnectionFailure},
+            {Outcome::GOT_NOTHING, ErrorCode::EmptyResponse},
+            {Outcome::COULDNT_RESOLVE_HOST, ErrorCode::HostResolutionFailure},
+            {Outcome::URL_MALFORMAT, ErrorCode::InvalidUrlFormat},
+            {Outcome::RECV_ERROR, ErrorCode::NetworkReceiveError},
+            {Outcome::SEND_ERROR, ErrorCode::NetworkSendFailure},
+            {Outcome::OPERATION_TIMEDOUT, ErrorCode::OperationTimedOut},
+            {Outcome::COULDNT_RESOLVE_PROXY, ErrorCode::ProxyResolutionFailure},
+            {Outcome::SSL_CONNECT_ERROR, ErrorCode::SslConnectError},
+            {Outcome::SSL_CERTPROBLEM, ErrorCode::SslLocalCertificateError},
+            {Outcome::PEER_FAILED_VERIFICATION, ErrorCode::SslRemoteCertificateError},
+            {Outcome::UNSUPPORTED_PROTOCOL, ErrorCode::UnsupportedProtocol},
+            {Outcome::ABORTED_BY_CALLBACK, ErrorCode::RequestCancelled},
+            {Outcome::WRITE_ERROR, ErrorCode::RequestCancelled},
+            {Outcome::TOO_MANY_REDIRECTS, ErrorCode::TooManyRedirects},
+            {Outcome::UNKNOWN_ERROR, ErrorCode::UnknownError}};
+        for (auto const outcome :
+             {Outcome::SSL_CACERT_BADFILE, Outcome::SSL_CRL_BADFILE, Outcome::SSL_ISSUER_ERROR,
+              Outcome::SSL_ENGINE_NOTFOUND, Outcome::SSL_ENGINE_SETFAILED, Outcome::SSL_CIPHER,
+              Outcome::SSL_ENGINE_INITFAILED, Outcome::USE_SSL_FAILED,
+              Outcome::SSL_SHUTDOWN_FAILED}) {
+            special[outcome] = ErrorCode::GenericSslError;
+        }
         if (CPR_VERSION_NUM == 0x10b00) {  // This release reports a body cut short in this way.
-            special[static_cast<int>(Outcome::UNKNOWN_ERROR)] = ErrorCode::InternalError;
+            special[Outcome::UNKNOWN_ERROR] = ErrorCode::InternalError;
         }
         for (int value = -3; value <= 1003; ++value) {
-            auto const found = special.find(value);
+            auto const found = special.find(static_cast<Outcome>(value));
             auto const isDefined = value >= 0 && value <= static_cast<int>(Outcome::TOO_LARGE);
             auto const expected = found != special.end() ? static_cast<int>(found->second)
                                   : isDefined ? static_cast<int>(ErrorCode::InternalError)

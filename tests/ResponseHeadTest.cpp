@@ -1,19 +1,20 @@
 #include "Networking/Cpr/ResponseHead.h"
 
-#include <algorithm>
-#include <functional>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 
-#include "Networking/Cpr/CprHttpClient.h"
+#include "tests/Support/Operations.h"
 #include "tests/Support/RawServer.h"
 
 namespace Ostrel::Networking {
 namespace {
 
 using Testing::Connection;
+using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using Testing::RawServer;
@@ -31,34 +32,8 @@ std::string textOf(Head const& head) {
     return text;
 }
 
-/// Answers the connections with one reply after the other. Keeps the requests.
-struct Replies {
-    void operator()(Connection& connection) {
-        requests.push_back(connection.readRequest());
-        connection.send(texts[std::min(requests.size(), texts.size()) - 1]);
-    }
-
-    std::vector<std::string> texts;
-    std::vector<std::string> requests = {};
-};
-
-Response get(std::string const& url, std::string const& proxy = "") {
-    Request request;
-    request.url = url;
-    Options options;
-    options.timeout = 20'000'000;
-    options.followRedirects = true;
-    options.maxRedirects = 5;
-    options.proxy = proxy;
-    return CprHttpClient().get(request, options);
-}
-
 TEST(ResponseHeadTest, IsThatOfTheLastResponseAsItCameOverTheWire) {
-    struct Row {
-        std::string name;
-        std::vector<std::string> replies;
-        std::string head;
-    };
+    using Row = std::tuple<std::string, std::vector<std::string>, std::string>;
     for (auto const& [name, replies, head] : std::vector<Row>{
              {"no reason after a redirect",
               {MOVED + "\r\n", "HTTP/1.1 200\r\n\r\n"},
@@ -94,14 +69,20 @@ TEST(ResponseHeadTest, IsThatOfTheLastResponseAsItCameOverTheWire) {
               "HTTP/1.1 200 OK|OK|A=1;Transfer-Encoding=chunked;"},
          }) {
         SCOPED_TRACE(name);
-        Replies server{replies};
-        RawServer const listener(std::ref(server));
+        std::vector<std::string> requests;
+        RawServer server([&, next = replies.begin()](Connection& connection) mutable {
+            requests.push_back(connection.readRequest());
+            connection.send(*next++);
+        });
+        auto options = Testing::patient();
+        options.followRedirects = replies.size() > 1;
+        options.maxRedirects = 1;
 
-        auto const response = get(listener.url());
+        auto const response = Testing::get(server.url(), options);
 
         EXPECT_EQ(response.error.code, ErrorCode::Ok) << response.error.message;
         EXPECT_EQ(textOf(response), head);
-        EXPECT_THAT(server.requests[0], Not(HasSubstr("Cookie")));
+        EXPECT_THAT(requests, Each(Not(HasSubstr("Cookie"))));
     }
 }
 
@@ -111,7 +92,10 @@ TEST(ResponseHeadTest, IsNotWhatAProxyAnswersToConnect) {
         SCOPED_TRACE(reply);
         RawServer const proxy(Testing::answering("HTTP/1.1 " + reply + "\r\nX: 1\r\n\r\n"));
 
-        auto const response = get("https://host.test/", proxy.url());
+        auto options = Testing::patient();
+        options.proxy = proxy.url();
+
+        auto const response = Testing::get("https://host.test/", options);
 
         EXPECT_NE(response.error.code, ErrorCode::Ok);
         EXPECT_EQ(response.statusCode, 0);
@@ -120,12 +104,8 @@ TEST(ResponseHeadTest, IsNotWhatAProxyAnswersToConnect) {
 }
 
 TEST(ResponseHeadTest, IsReadFromAnyText) {
-    struct Row {
-        std::string rawHeads;
-        std::string head;
-    };
     auto const final = OK + CHUNKED + "\r\n";
-    for (auto const& [rawHeads, head] : std::vector<Row>{
+    for (auto const& [rawHeads, head] : std::vector<std::pair<std::string, std::string>>{
              {"", "||"},
              {"X: 1\r\n\r\n", "||"},
              {"HTTP/1.1 200 Established\r\nVia: p\r\n\r\nHTTP/2 200 \r\na: 1\r\n\r\n",
