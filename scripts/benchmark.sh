@@ -6,8 +6,8 @@
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-REPETITIONS=15
-MIN_TIME=1
+REPETITIONS=9
+MIN_TIME=2
 DOCS=
 for argument in "$@"; do
     case $argument in
