@@ -8,6 +8,7 @@ import argparse
 import json
 import math
 from pathlib import Path
+from xml.sax.saxutils import escape
 
 MARKS = "<!-- table: begin -->\n", "<!-- table: end -->\n"
 
@@ -71,16 +72,16 @@ def picture(rows, subtitle):
     svg = [f'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 {one + decade + 70} {bottom + 10}" '
            'font-family="sans-serif" font-size="12">',
            '<rect width="100%" height="100%" fill="#fff"/>',
-           '<text x="10" y="20" font-size="15">Time and memory of the library, divided by those of its peer</text>',
-           f'<text x="10" y="40" fill="#555">{subtitle}. A dark line is a target; orange misses it.</text>']
+           '<text x="10" y="20" font-size="14">Time and memory of the library, divided by those of its peer. '
+           'Dark line: target. Orange: missed.</text>',
+           f'<text x="10" y="40" fill="#555">{escape(subtitle)}</text>']
     for ratio, label in ((0.01, "1/100"), (0.1, "1/10"), (1, "equal"), (10, "10 times")):
         svg += [f'<text x="{place(ratio):.1f}" y="{top - 8}" text-anchor="middle" fill="#555">{label}</text>',
                 f'<path d="M{place(ratio):.1f} {top}V{bottom}" stroke="#ccc"/>']
-    for y, row in enumerate(rows):
-        y = top + step * y
+    for index, row in enumerate(rows):
+        y = top + step * index
         left, right = sorted((one, place(row.ratio)))
-        title = row.title.replace("`", "")
-        svg += [f'<text x="10" y="{y + 15}">{title}</text>',
+        svg += [f'<text x="10" y="{y + 15}">{escape(row.title.replace("`", ""))}</text>',
                 f'<rect x="{left:.1f}" y="{y + 4}" width="{right - left:.1f}" height="{step - 8}" '
                 f'fill="{"#7fb3d5" if row.holds else "#e08e79"}"/>',
                 f'<text x="{one + decade + 20}" y="{y + 15}">{row.ratio:.3f}</text>']
