@@ -13,7 +13,7 @@ for argument in "$@"; do
     case $argument in
         --quick)
             REPETITIONS=3
-            MIN_TIME=0.01
+            MIN_TIME=0.1
             ;;
         --update-docs) DOCS="--docs docs" ;;
         *)
