@@ -5,6 +5,7 @@
 #include <fstream>
 #include <iomanip>
 #include <iostream>
+#include <mutex>
 #include <stdexcept>
 
 #include <Networking/AddAdapter.h>
@@ -13,36 +14,65 @@
 
 using namespace Ostrel::Networking;
 
-// [snippet]
-static void load(CookieJar& jar, std::filesystem::path const& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::size_t count = 0;
-    in >> count;
-    for (std::string host; in && count > 0; --count) {
-        Cookie cookie;
-        in >> std::quoted(host) >> std::quoted(cookie.name) >> std::quoted(cookie.value);
-        cookie.url.setHost(host);
-        jar.insertCookie(cookie);
-    }
-    if (!in && std::filesystem::exists(file)) {
-        throw std::runtime_error("not a complete file of cookies: " + file.string());
-    }
-}
+namespace {
 
-static void save(CookieJar const& jar, std::filesystem::path const& file) {
-    auto const partial = file.string() + ".part";
-    std::ofstream out(partial, std::ios::binary);
-    std::filesystem::permissions(partial, std::filesystem::perms(0600));  // For the user alone.
-    out.exceptions(std::ios::failbit | std::ios::badbit);                 // A full disk throws.
-    auto const cookies = jar.cookiesForUrl(Url());  // An empty host selects all cookies.
-    out << std::to_string(cookies.size());
-    for (auto const& [name, value, url] : cookies) {
-        out << '\n' << std::quoted(url.host()) << std::quoted(name) << std::quoted(value);
+// [snippet]
+/// A `CookieJar` that writes its cookies to a file after every change.
+class FileCookieJar final : public ICookieJar {
+public:
+    /// Throws `std::runtime_error` if the file ends within a cookie.
+    explicit FileCookieJar(std::string const& file) : file_(file) {
+        std::ifstream in(file, std::ios::binary);
+        std::string host;
+        for (Cookie cookie;
+             in >> std::quoted(host) >> std::quoted(cookie.name) >> std::quoted(cookie.value);
+             host.clear()) {
+            cookie.url.setHost(host);  // The jar uses nothing else of the URL.
+            jar_.insertCookie(cookie);
+        }
+        if (!host.empty()) {
+            throw std::runtime_error("incomplete file of cookies: " + file);
+        }
     }
-    out.close();
-    std::filesystem::rename(partial, file);  // Replaces an older file in one step.
-}
+
+    std::vector<Cookie> cookiesForUrl(Url const& url) const override {
+        return jar_.cookiesForUrl(url);
+    }
+    bool deleteCookie(Cookie const& cookie) override {
+        auto const isDeleted = jar_.deleteCookie(cookie);
+        save();
+        return isDeleted;
+    }
+    void insertCookie(Cookie const& cookie) override { insertCookie(Cookie(cookie)); }
+    void insertCookie(Cookie&& cookie) override {
+        jar_.insertCookie(std::move(cookie));
+        save();
+    }
+
+private:
+    /// If the disk is full, say, the older file stays, and the cookies are kept in memory.
+    void save() {
+        std::lock_guard const lock(mutex_);
+        auto const partial = file_ + ".part";
+        std::ofstream out(partial, std::ios::binary);
+        std::error_code error;
+        std::filesystem::permissions(partial, std::filesystem::perms(0600), error);
+        for (auto const& [name, value, url] : jar_.cookiesForUrl(Url())) {  // No host selects all.
+            out << std::quoted(url.host()) << std::quoted(name) << std::quoted(value) << '\n';
+        }
+        out.close();
+        if (out && !error) {
+            std::filesystem::rename(partial, file_, error);  // Replaces the older file in one step.
+        }
+    }
+
+    std::string file_;
+    CookieJar jar_;
+    std::mutex mutex_;  // Guards the file.
+};
 // [/snippet]
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
     if (argc != 3) {
@@ -50,10 +80,8 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     // [snippet]
-    auto const jar = std::make_shared<CookieJar>();
-    load(*jar, argv[2]);
-    auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), jar);
+    auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr),
+                                            std::make_shared<FileCookieJar>(argv[2]));
     std::cout << client->get({Url(argv[1]), {}, {}}, {}).body;
-    save(*jar, argv[2]);
     // [/snippet]
 }
