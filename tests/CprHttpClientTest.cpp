@@ -18,18 +18,11 @@
 namespace Ostrel::Networking {
 namespace {
 
-using Testing::answering;
-using Testing::Connection;
+using namespace Testing;
 using ::testing::ElementsAre;
-using Testing::get;
 using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::Pair;
-using Testing::patient;
-using Testing::RawServer;
-using Testing::requestFor;
-
-std::string const EMPTY_OK = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
 
 TEST(CprHttpClientTest, SendsUrlHeadersAndCookiesWithEveryOperation) {
     LocalServer server([](auto const&, auto& response) {
@@ -42,7 +35,7 @@ TEST(CprHttpClientTest, SendsUrlHeadersAndCookiesWithEveryOperation) {
     request.headers = {{"X-One", "1"}};
     request.cookies = {{"b", "2 3"}, {"a", "\"quoted\""}};
 
-    for (auto const& [name, method, call] : Testing::operations()) {
+    for (auto const& [name, method, call] : operations()) {
         SCOPED_TRACE(name);
         CprHttpClient client;
         auto const response = call(client, request, patient());

@@ -17,27 +17,29 @@ namespace Ostrel::Networking {
 namespace {
 
 TEST(CaseInsensitiveCompareTest, OrdersByLowerCase) {
-    std::vector<std::tuple<std::string, std::string, bool>> const rows = {
-        {"", "", false},
-        {"", "x", true},
-        {"x", "", false},
-        {"ab", "ABC", true},
-        {"ABC", "ab", false},
-        {"a", "B", true},
-        {"B", "a", false},
-        {"_", "A", true},
-        {"Last-Modified", "last-modified", false},
-        {"last-modified", "Last-Modified", false},
-        {"z", "\x80", true},
-        {"\xc4", "\xe4", true},
-        {"\xe4", "\xc4", false},
-        {"\xfe", "\xff", true},
+    // In ascending order; what shares a line compares equal.
+    std::vector<std::vector<std::string>> const order = {
+        {""},
+        {"_"},
+        {"a", "A"},
+        {"ab", "AB"},
+        {"abc", "ABC"},
+        {"B", "b"},
+        {"Last-Modified", "last-modified"},
+        {"z"},
+        {"\x80"},
+        {"\xc4"},
+        {"\xe4"},
+        {"\xff"},
     };
-    for (auto const& [a, b, expected] : rows) {
-        EXPECT_EQ(CaseInsensitiveCompare()(a, b), expected) << a << " < " << b;
+    for (auto const& low : order) {
+        for (auto const& high : order) {
+            EXPECT_EQ(CaseInsensitiveCompare()(low.front(), high.back()), &low < &high)
+                << low.front() << " < " << high.back();
+        }
     }
     Request const request{Url(), {{"Content-Type", "1"}, {"content-type", "2"}}, {}};
-    EXPECT_EQ(request.headers.size(), 1U);
+    EXPECT_EQ(request.headers.at("CONTENT-TYPE"), "1");
 }
 
 TEST(OptionsTest, LimitNothingUnlessTold) {
@@ -58,8 +60,7 @@ TEST(NotNullTest, HoldsWhatConvertsAndIsNeverEmpty) {
 
     Held held = derived;
     EXPECT_EQ(held.get(), derived);
-    EXPECT_EQ(held->value, 7);
-    EXPECT_EQ((*held).value, 7);
+    EXPECT_EQ(held->value + (*held).value, 14);
     EXPECT_EQ(Held(std::make_unique<Derived>())->value, 7);
     auto const moved = std::move(held);
     EXPECT_EQ(held.get(), moved.get());  // NOLINT(bugprone-use-after-move): promised
@@ -83,7 +84,6 @@ TEST(LastModifiedTest, ReadsTheFieldsAsStandardLocalTime) {
         {"XST-1XDT,M3.5.0,M10.5.0/3", -HOUR},  // As in Central Europe, with daylight saving.
         {"XST8XDT,M3.2.0,M11.1.0", 8 * HOUR},
         {"XST-5:30", -(5 * HOUR + HOUR / 2)},
-        {"UTC0", 0},
     };
     for (auto const& [zone, offset] : rows) {
         setTimeZone(zone);
@@ -92,16 +92,7 @@ TEST(LastModifiedTest, ReadsTheFieldsAsStandardLocalTime) {
     }
 }
 
-TEST(LastModifiedTest, NeedsACompletedTransferAndTheHeader) {
-    setTimeZone("UTC0");
-    auto const* const date = "Tue, 15 Nov 1994 08:12:31 GMT";
-    EXPECT_EQ(lastModified(date, "last-MODIFIED"), 784887151);
-    EXPECT_EQ(lastModified(date, "Date"), 0);
-    EXPECT_EQ(lastModified(date, "Last-Modified", ErrorCode::OperationTimedOut), 0);
-    EXPECT_EQ(lastModified(date, "Last-Modified", ErrorCode::NotPerformed), 0);
-}
-
-TEST(LastModifiedTest, UsesTheFieldsBeforeAFault) {
+TEST(LastModifiedTest, NeedsACompletedTransferAndTheHeaderAndUsesTheFieldsBeforeAFault) {
     setTimeZone("UTC0");
     auto const timeOf = [](int year, int month, int day) {
         std::tm fields{};
@@ -120,6 +111,10 @@ TEST(LastModifiedTest, UsesTheFieldsBeforeAFault) {
     };
     for (auto const& [date, expected] : rows) {
         EXPECT_EQ(lastModified(date), expected) << date;
+        EXPECT_EQ(lastModified(date, "last-MODIFIED"), expected);
+        EXPECT_EQ(lastModified(date, "Date"), 0);
+        EXPECT_EQ(lastModified(date, "Last-Modified", ErrorCode::OperationTimedOut), 0);
+        EXPECT_EQ(lastModified(date, "Last-Modified", ErrorCode::NotPerformed), 0);
     }
 }
 

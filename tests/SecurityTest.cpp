@@ -19,18 +19,11 @@ namespace Ostrel::Networking {
 namespace {
 
 using namespace std::string_literals;
-using Testing::answering;
-using Testing::Connection;
-using ::testing::Contains;
-using Testing::get;
+using namespace Testing;
 using ::testing::HasSubstr;
-using Testing::RawServer;
-
-auto const EMPTY_OK = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n"s;
-auto const MOVED = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: "s;
 
 Options following() {
-    auto options = Testing::patient();
+    auto options = patient();
     options.followRedirects = true;
     options.maxRedirects = 1;
     return options;
@@ -113,7 +106,7 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     auto const cookie = [&url](std::string const& value) {
         return Request{url, {}, {{"a", "\"fit\""}, {"c", value}, {"z", "\"fit\""}}};
     };
-    auto const plain = Testing::requestFor(url);
+    auto const plain = requestFor(url);
     auto options = following();
     options.onData = [](std::string const&) { ADD_FAILURE(); };
     options.isCancelled = [] { return ADD_FAILURE(), true; };
@@ -151,7 +144,7 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
 TEST(RefusalTest, LetsEverythingElsePassAsItIs) {
     std::vector<std::string> requests;
     RawServer server(answering(EMPTY_OK, &requests));
-    auto request = Testing::requestFor(server.url() + "p");
+    auto request = requestFor(server.url() + "p");
     request.url.addParameter("n\0"s, "v\r\n\0"s);
     request.url.setAnchor("a\0"s);
     request.headers = {{"X-Empty", ""}, {"X-Odd", "a:b \"c\" \t\x01\xff"}};
@@ -249,11 +242,11 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
         if (outcomes.back() == ErrorCode::OperationTimedOut) {
             options.timeout = 100'000;
         }
-        auto const request = Testing::requestFor(scheme + "://" + server.authority() + "/");
+        auto const request = requestFor(scheme + "://" + server.authority() + "/");
 
         auto const response = CprHttpClient().post(request, sent, options);
 
-        EXPECT_THAT(outcomes, Contains(response.error.code)) << response.error.message;
+        EXPECT_THAT(outcomes, ::testing::Contains(response.error.code)) << response.error.message;
         EXPECT_LE(response.cookies.size(), 2U);
     }
 }

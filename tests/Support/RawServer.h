@@ -57,6 +57,9 @@ private:
     std::thread thread_;
 };
 
+inline std::string const EMPTY_OK = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+inline std::string const MOVED = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: ";
+
 /// A handler that answers every request with `text`, and keeps what it read in `requests`, if that
 /// is given.
 RawServer::Handler answering(std::string const& text, std::vector<std::string>* requests = nullptr);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <deque>
-#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -14,8 +13,8 @@
 
 namespace Ostrel::Networking::Testing {
 
-/// Answers calls from a queue and records them. A call without an answer fails the test, and so
-/// does an answer that is left over.
+/// Answers calls from a queue and records them. A call without an answer throws `std::logic_error`;
+/// an answer that is left over fails the test.
 class ScriptedClient final : public IHttpClient {
 public:
     struct Call {
@@ -36,51 +35,40 @@ public:
     ScriptedClient(ScriptedClient const&) = delete;
     ScriptedClient& operator=(ScriptedClient const&) = delete;
 
-    void answer(Response const& response) {
-        answers_.emplace_back([response] { return response; });
-    }
-    /// Answers with a numbered message and with a status of an error, which no adapter looks at.
-    void answer(ErrorCode outcome, std::map<std::string, std::string> cookies = {}) {
-        Response response;
-        response.statusCode = 503;
-        response.error = {outcome, "answer " + std::to_string(++count_)};
-        response.cookies = std::move(cookies);
-        answer(response);
-    }
-    void fail() {
-        answers_.emplace_back([]() -> Response { throw std::logic_error("thrown inside"); });
+    /// With a numbered message, and a status of an error, which no adapter looks at.
+    void answer(ErrorCode outcome, std::map<std::string, std::string> const& cookies = {}) {
+        auto const message = "answer " + std::to_string(++count_);
+        answers_.push_back({503, "body", {{"X", "y"}}, cookies, {outcome, message}, "line", "No"});
     }
 
     [[nodiscard]] std::vector<Call> const& calls() const { return calls_; }
 
     Response get(Request const& request, Options const& options) override {
-        return record("get", request, options, nullptr);
+        return record({"get", request, options, &request, nullptr});
     }
     Response head(Request const& request, Options const& options) override {
-        return record("head", request, options, nullptr);
+        return record({"head", request, options, &request, nullptr});
     }
     Response post(Request const& request, std::string const& body,
                   Options const& options) override {
-        return record("post body", request, options, &body);
+        return record({"post body", request, options, &request, &body});
     }
     Response post(Request const& request, MultiPart const& form, Options const& options) override {
-        return record("post form", request, options, &form);
+        return record({"post form", request, options, &request, &form});
     }
 
 private:
-    Response record(std::string const& operation, Request const& request, Options const& options,
-                    void const* body) {
-        calls_.push_back({operation, request, options, &request, body});
+    Response record(Call const& call) {
+        calls_.push_back(call);
         if (answers_.empty()) {
-            ADD_FAILURE() << "no answer for " << operation;
-            return {};
+            throw std::logic_error("no answer for " + call.operation);
         }
         auto const answer = answers_.front();
         answers_.pop_front();
-        return answer();
+        return answer;
     }
 
-    std::deque<std::function<Response()>> answers_;
+    std::deque<Response> answers_;
     std::vector<Call> calls_;
     int count_ = 0;
 };
