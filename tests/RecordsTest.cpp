@@ -17,21 +17,19 @@ namespace Ostrel::Networking {
 namespace {
 
 TEST(CaseInsensitiveCompareTest, OrdersByLowerCase) {
-    // In ascending order; what shares a line compares equal.
-    std::vector<std::vector<std::string>> const order = {
-        {""},
-        {"_"},
-        {"a", "A"},
-        {"ab", "AB"},
-        {"abc", "ABC"},
-        {"B", "b"},
-        {"Last-Modified", "last-modified"},
-        {"z"},
-        {"\x80"},
-        {"\xc4"},
-        {"\xe4"},
-        {"\xff"},
-    };
+    // In ascending order; what shares braces compares equal.
+    std::vector<std::vector<std::string>> const order = {{""},
+                                                         {"_"},
+                                                         {"a", "A"},
+                                                         {"ab", "AB"},
+                                                         {"abc", "ABC"},
+                                                         {"B", "b"},
+                                                         {"Last-Modified", "last-modified"},
+                                                         {"z"},
+                                                         {"\x80"},
+                                                         {"\xc4"},
+                                                         {"\xe4"},
+                                                         {"\xff"}};
     for (auto const& low : order) {
         for (auto const& high : order) {
             EXPECT_EQ(CaseInsensitiveCompare()(low.front(), high.back()), &low < &high)

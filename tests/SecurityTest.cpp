@@ -141,42 +141,6 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     EXPECT_EQ(server.connections(), 0);
 }
 
-TEST(RefusalTest, LetsEverythingElsePassAsItIs) {
-    std::vector<std::string> requests;
-    RawServer server(answering(EMPTY_OK, &requests));
-    auto request = requestFor(server.url() + "p");
-    request.url.addParameter("n\0"s, "v\r\n\0"s);
-    request.url.setAnchor("a\0"s);
-    request.headers = {{"X-Empty", ""}, {"X-Odd", "a:b \"c\" \t\x01\xff"}};
-    request.cookies = {
-        {"a\r\n", "1\r\n\0"s}, {"b", "\"quo ted\""}, {"c", ""}, {"d", "\"\n"}, {"e", "\n\""}};
-    MultiPart const form{{{"n\"\xc3\xa4", "v\r\n--\r\n", "a/b; c=d"}}};
-
-    EXPECT_EQ(CprHttpClient().post(request, form, following()).statusCode, 200);
-    for (auto const& text :
-         {"POST /p?n%00=v%0D%0A%00 HTTP/1.1\r\n"s, "\r\nX-Empty:\r\n"s,
-          "\r\nX-Odd: a:b \"c\" \t\x01\xff\r\n"s,
-          "\r\nCookie: a%0D%0A=1%0D%0A%00; b=\"quo ted\"; c=; d=%22%0A; e=%0A%22"s,
-          "\r\nContent-Type: a/b; c=d\r\n\r\nv\r\n--\r\n\r\n--"s}) {
-        EXPECT_THAT(requests.at(0), HasSubstr(text));
-    }
-}
-
-/// Answers with `text` as soon as the peer has said something, then with `piece` for as long as the
-/// peer takes it; without a `piece`, waits for the peer to close.
-RawServer::Handler endless(std::string const& text, std::string const& piece = "") {
-    return [text, piece](Connection& connection) {
-        std::string block;
-        while (!piece.empty() && block.size() < 4096) {
-            block += piece;
-        }
-        (void)connection.readSome();
-        connection.send(text);
-        while (piece.empty() ? !connection.readSome().empty() : connection.send(block)) {
-        }
-    };
-}
-
 RawServer::Handler resetting(std::string const& text) {
     return [text](Connection& connection) {
         (void)connection.readSome();
@@ -185,64 +149,46 @@ RawServer::Handler resetting(std::string const& text) {
     };
 }
 
-struct HostileRow {
-    std::string name;
-    RawServer::Handler handler;
-    std::vector<ErrorCode> outcomes;
-    std::string scheme = "http";
-    std::string sent = "";
-};
-
-std::vector<HostileRow> hostileAnswers() {
+TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
     constexpr auto OK = ErrorCode::Ok;
     constexpr auto EMPTY = ErrorCode::EmptyResponse;
     constexpr auto INTERNAL = ErrorCode::InternalError;
     constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
     constexpr auto SEND = ErrorCode::NetworkSendFailure;
     constexpr auto LATE = ErrorCode::OperationTimedOut;
-    // As a libcpr reports it that was built for a libcurl without this limit.
-    constexpr auto UNKNOWN = ErrorCode::UnknownError;
-    constexpr auto NOT_HTTP = ErrorCode::UnsupportedProtocol;
     constexpr auto NO_TLS = ErrorCode::SslConnectError;
     auto const ok = "HTTP/1.1 200 OK\r\n"s;
-    auto const chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
-    auto const full = [&ok](std::string const& headers) { return ok + headers + "\r\nbody"; };
     std::string cookies;
     while (cookies.size() < 40'000) {
         cookies += "Set-Cookie: a=1\r\nSet-Cookie: b=2\r\nSet-Cookie: ;;\r\nSet-Cookie: =\t\r\n";
     }
-    return {
-        {"nothing", answering(""), {EMPTY}},
-        {"garbage without end", endless("", "\xfe"), {NOT_HTTP}},
-        {"header without a colon", answering(full("colon\r\n")), {INTERNAL}},
-        {"headers without end", endless(ok, "X: 1\r\n"), {INTERNAL, RECEIVE, UNKNOWN, LATE}},
-        {"early answers without end", endless("", "HTTP/1.1 100 X\r\n\r\n"), {RECEIVE, LATE}},
-        {"many odd cookies", answering(full(cookies)), {OK}},
-        {"chunks without end", endless(chunked, "1\r\nx\r\n"), {LATE}},
-        {"compression of nonsense", answering(full("Content-Encoding: gzip\r\n")), {INTERNAL}},
-        {"redirect to itself", answering(MOVED + "/\r\n\r\n"), {ErrorCode::TooManyRedirects}},
-        {"stall in the head", endless(ok + "X: 1\r\nY"), {LATE}},
-        {"stall in the handshake", endless("\x16\x03\x03\x40"), {LATE}, "https"},
-        {"no handshake", endless("HTTP/1.1 400 Bad Request\r\n\r\n"), {NO_TLS}, "https"},
-        {"reset in the body", resetting(full("Content-Length: 100\r\n")), {RECEIVE}},
-        {"reset in the handshake", resetting(""), {NO_TLS, RECEIVE, SEND}, "https"},
-        {"reset in an upload",
-         resetting(""),
-         {SEND, RECEIVE, EMPTY},
-         "http",
-         std::string(8 << 20, 'x')},
+    struct Row {
+        std::string name;
+        RawServer::Handler handler;
+        std::vector<ErrorCode> outcomes;
+        std::string scheme = "http";
     };
-}
-
-TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
-    for (auto const& [name, handler, outcomes, scheme, sent] : hostileAnswers()) {
+    for (auto const& [name, handler, outcomes, scheme] : std::vector<Row>{
+             {"nothing", answering(""), {EMPTY}},
+             {"garbage without end", endless("", "\xfe"), {ErrorCode::UnsupportedProtocol}},
+             {"headers without end", endless(ok, "X: 1\r\n"), {INTERNAL, RECEIVE, LATE}},
+             {"many odd cookies", answering(ok + cookies + "\r\n"), {OK}},
+             {"no gzip", answering(ok + "Content-Encoding: gzip\r\n\r\nbody"), {INTERNAL}},
+             {"redirect to itself", answering(MOVED + "/\r\n\r\n"), {ErrorCode::TooManyRedirects}},
+             {"stall in the head", endless(ok + "X: 1\r\nY"), {LATE}},
+             {"stall in the handshake", endless("\x16\x03\x03\x40"), {LATE}, "https"},
+             {"no handshake", endless("HTTP/1.1 400 Bad Request\r\n\r\n"), {NO_TLS}, "https"},
+             {"reset in the body", resetting(ok + "Content-Length: 9\r\n\r\n"), {RECEIVE}},
+             {"reset in the upload", resetting(""), {SEND, RECEIVE, EMPTY}},
+         }) {
         SCOPED_TRACE(name);
         RawServer server(handler);
         auto options = following();
-        if (outcomes.back() == ErrorCode::OperationTimedOut) {
+        if (outcomes.back() == LATE) {
             options.timeout = 100'000;
         }
         auto const request = requestFor(scheme + "://" + server.authority() + "/");
+        std::string const sent(name == "reset in the upload" ? 8 << 20 : 0, 'x');
 
         auto const response = CprHttpClient().post(request, sent, options);
 

@@ -103,4 +103,15 @@ RawServer::Handler answering(std::string const& text, std::vector<std::string>* 
     };
 }
 
+RawServer::Handler endless(std::string const& text, std::string const& piece,
+                           std::chrono::milliseconds pause) {
+    return [=](Connection& connection) {
+        (void)connection.readSome();
+        connection.send(text);
+        while (piece.empty() ? !connection.readSome().empty() : connection.send(piece)) {
+            std::this_thread::sleep_for(pause);
+        }
+    };
+}
+
 }  // namespace Ostrel::Networking::Testing

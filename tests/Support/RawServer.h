@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -63,5 +64,10 @@ inline std::string const MOVED = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLoc
 /// A handler that answers every request with `text`, and keeps what it read in `requests`, if that
 /// is given.
 RawServer::Handler answering(std::string const& text, std::vector<std::string>* requests = nullptr);
+
+/// A handler that sends `text` as soon as the peer has said something, then `piece` every `pause`
+/// for as long as the peer takes it; without a `piece` it waits for the peer to close.
+RawServer::Handler endless(std::string const& text, std::string const& piece = {},
+                           std::chrono::milliseconds pause = {});
 
 }  // namespace Ostrel::Networking::Testing
