@@ -1,5 +1,6 @@
 #include "Networking/CookieJar/CookieJar.h"
 
+#include <atomic>
 #include <map>
 #include <random>
 #include <string>
@@ -65,10 +66,13 @@ TEST(CookieJarTest, AgreesWithAMapThatIsSearchedWhole) {
 
 TEST(CookieJarTest, ServesSeveralThreads) {
     CookieJar jar;
-    std::vector<std::thread> threads(8);
+    std::atomic<std::size_t> started = 0;
+    std::vector<std::thread> threads(4);
     for (auto& thread : threads) {
-        thread = std::thread([&jar, host = "host" + std::to_string(&thread - threads.data())] {
-            for (int i = 0; i < 500; ++i) {
+        thread = std::thread([&, host = "host" + std::to_string(&thread - threads.data())] {
+            for (++started; started < threads.size();) {
+            }
+            for (int i = 0; i < 5'000; ++i) {
                 jar.insertCookie({"own", "v", urlOf(host)});
                 jar.insertCookie({"shared", host, urlOf("host")});
                 EXPECT_EQ(jar.cookiesForUrl(urlOf(host)).size(), 1U);

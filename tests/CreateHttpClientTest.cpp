@@ -1,9 +1,14 @@
 #include "Networking/CreateHttpClient.h"
 
 #include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include <gmock/gmock.h>
 
+#include "Networking/AddAdapter.h"
+#include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 
 namespace Ostrel::Networking {
@@ -32,6 +37,33 @@ TEST(StubHttpClientTest, SucceedsAtOnceWithoutACallback) {
         EXPECT_TRUE(response.error.message.empty() && response.body.empty() &&
                     response.headers.empty() && response.cookies.empty() &&
                     response.statusLine.empty() && response.reason.empty());
+    }
+}
+
+TEST(ChainTest, ServesManyThreads) {
+    LocalServer server([](auto const& request, auto& response) {
+        response.set_header("Set-Cookie", "last=" + request.path.substr(1));
+        response.set_content(request.path + request.get_header_value("Cookie"), "text/plain");
+    });
+    auto const chain = addRetriesAdapter(
+        addCookieJarAdapter(addForceProtocolAdapter(createHttpClient(HttpClientType::Cpr),
+                                                    ForceProtocolSettings::Http),
+                            nullptr),
+        {{20'000'000, nullptr}});
+    std::vector<std::thread> callers(4);
+    for (auto& caller : callers) {
+        caller = std::thread([&, path = "/" + std::to_string(&caller - callers.data())] {
+            Request const request{"https" + server.url(path).substr(4), {}, {}};
+            for (int i = 0; i < 10; ++i) {
+                auto const response = chain->get(request, {});
+                EXPECT_EQ(response.error.code, ErrorCode::Ok);
+                EXPECT_EQ(response.body.substr(0, path.size()), path);
+                EXPECT_TRUE(i == 0 || response.body.find("last=") != std::string::npos);
+            }
+        });
+    }
+    for (auto& caller : callers) {
+        caller.join();
     }
 }
 

@@ -35,12 +35,6 @@ Values allEntries() {
             {kSCPropNetProxiesSOCKSPort, 1080}};
 }
 
-Values with(void const* key, SystemSettings::Value const& value) {
-    auto values = allEntries();
-    values[key] = value;
-    return values;
-}
-
 class NativeProxyProviderTest : public ::testing::Test {
 protected:
     ~NativeProxyProviderTest() override { SystemSettings::set({}); }
@@ -59,45 +53,43 @@ protected:
 };
 
 TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
-    auto const host = kSCPropNetProxiesHTTPSProxy;
-    auto const port = kSCPropNetProxiesHTTPSPort;
     struct Row {
         std::string url;
-        Values values;
         std::string proxy;
-        int snapshots = 1;
+        CFStringRef changed = nullptr;
+        SystemSettings::Value value = {};
     };
-    for (auto const& row : std::vector<Row>{
-             {HTTP, allEntries(), "1 plain.test:80"},
-             {HTTPS, allEntries(), "2 secure.test:443"},
-             {SOCKS, allEntries(), "4 socks.test:1080"},
-             {HTTP, {}, NONE},
-             // Protocols without an entry, and texts without a protocol.
-             {"HTTP://a.test", allEntries(), NONE, 0},
-             {"socks5://a.test", allEntries(), NONE, 0},
-             {"ftp://a.test", allEntries(), NONE, 0},
-             {"http:/a.test", allEntries(), NONE, 0},
+    auto const host = kSCPropNetProxiesHTTPSProxy;
+    auto const port = kSCPropNetProxiesHTTPSPort;
+    for (auto const& [url, proxy, changed, value] : std::vector<Row>{
+             {HTTP, "1 plain.test:80"},
+             {HTTPS, "2 secure.test:443"},
+             {SOCKS, "4 socks.test:1080"},
              // The flag counts by its presence.
-             {HTTP, with(kSCPropNetProxiesHTTPEnable, 0), "1 plain.test:80"},
-             {HTTP, with(kSCPropNetProxiesHTTPEnable, u"no"), "1 plain.test:80"},
+             {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
+             {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, u"no"},
              // The host is taken as it is.
-             {HTTPS, with(host, u""), "2 :443"},
-             {HTTPS, with(host, u" Proxy_1/\t"), "2  Proxy_1/\t:443"},
-             {HTTPS, with(host, std::u16string(u"a\0b", 3)), "2 a:443"},
+             {HTTPS, "2 :443", host, u""},
+             {HTTPS, "2  Proxy_1/\t:443", host, u" Proxy_1/\t"},
+             {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
-             {HTTPS, with(host, u"pr\u00f6xy.test"), NONE},
-             {HTTPS, with(host, u"\U0001F600"), NONE},
-             {HTTPS, with(host, u"proxy\xd800.test"), NONE},
-             {HTTPS, with(host, 1), NONE},
+             {HTTPS, NONE, host, u"pr\u00f6xy.test"},
+             {HTTPS, NONE, host, u"\U0001F600"},
+             {HTTPS, NONE, host, u"proxy\xd800.test"},
+             {HTTPS, NONE, host, 1},
              // A port out of range, too large for 32 bits, no number.
-             {HTTPS, with(port, -1), "2 secure.test:-1"},
-             {HTTPS, with(port, 2147483647), "2 secure.test:2147483647"},
-             {HTTPS, with(port, 4294967296 + 8080), "2 secure.test:8080"},
-             {HTTPS, with(port, u"8080"), "2 secure.test:0"},
+             {HTTPS, "2 secure.test:-1", port, -1},
+             {HTTPS, "2 secure.test:8080", port, 4294967296 + 8080},
+             {HTTPS, "2 secure.test:0", port, u"8080"},
          }) {
-        SCOPED_TRACE(row.url);
-        EXPECT_EQ(proxyFor(row.url, {row.values}, row.snapshots), row.proxy);
+        auto values = allEntries();
+        values[changed] = value;
+        EXPECT_EQ(proxyFor(url, {values}), proxy);
     }
+    for (auto const* url : {"HTTP://a.test", "socks5://a.test", "ftp://a.test", "http:/a.test"}) {
+        EXPECT_EQ(proxyFor(url, {allEntries()}, 0), NONE) << url;
+    }
+    EXPECT_EQ(proxyFor(HTTP, {}), NONE);
     EXPECT_EQ(proxyFor(HTTP, {allEntries(), false}, 0), NONE) << "settings that cannot be read";
 }
 

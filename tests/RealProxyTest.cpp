@@ -9,7 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include "Networking/Adapters/SystemProxyAdapter.h"
 #include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 
@@ -23,16 +22,12 @@ std::string environment(char const* name) {
     return value ? value : throw std::logic_error(std::string(name) + " is not set");
 }
 
-struct Tinyproxy : IProxyProvider {
-    [[nodiscard]] ProxyInfo getProxy(std::string const&) const override {
-        return {ProxyType::Http, "127.0.0.1", std::stoi(environment("PROXY_PORT"))};
-    }
-};
-
 Response perform(Testing::Operation const& operation, std::string const& origin, int port) {
-    SystemProxyAdapter chain(std::make_shared<CprHttpClient>(), std::make_unique<Tinyproxy>());
+    CprHttpClient client;
+    auto options = Testing::patient();
+    options.proxy = "http://127.0.0.1:" + environment("PROXY_PORT");
     auto const url = origin + ":" + std::to_string(port) + "/path?a=1";
-    return operation.call(chain, Testing::requestFor(url), Testing::patient());
+    return operation.call(client, Testing::requestFor(url), options);
 }
 
 /// Expects that `server`, which is to echo, answers every operation; returns the last request.
