@@ -34,7 +34,9 @@ TEST(ProgressCallbackTest, ReportsWithinItsLimits) {
              {"same count twice", {{0, 5, 4096}, {0, 5, 4096}, {0, 6, 4096}}, {5, 6}},
              {"a count that shrinks has changed", {{0, 5, 4096}, {0, 4, 4096}}, {5, 4}},
              {"a count too early is seen", {{0, 5, 4096}, {ENDLESS, 6, 4096}, {0, 6, 4096}}, {5}},
-             {"first report at once", {{SteadyClock().Now() / 2, 5, 4096}}, {5}},
+             {"first report at once",
+              {{ENDLESS, 5, 4096}, {SteadyClock().Now() / 2, 6, 4096}},
+              {6}},
              {"interval without end", {{ENDLESS, 5, 4096}}, {}},
          }) {
         SCOPED_TRACE(row.name);
