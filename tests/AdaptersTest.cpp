@@ -28,17 +28,13 @@ using Cookies = std::map<std::string, std::string>;
 constexpr auto OK = ErrorCode::Ok;
 constexpr auto LATE = ErrorCode::OperationTimedOut;
 
+std::vector<Retry> const ONE_ATTEMPT = {{7, nullptr}};
+
 Options everyOption() {
-    return {1,
-            2,
-            3,
-            true,
-            4,
-            5,
-            "own://proxy:1",
-            [] { return true; },
-            [](auto, auto) {},
-            [](auto const&) {}};
+    auto const isCancelled = [] { return true; };
+    auto const onProgress = [](auto, auto) {};
+    auto const onData = [](auto const&) {};
+    return {1, 2, 3, true, 4, 5, "own://proxy:1", isCancelled, onProgress, onData};
 }
 
 auto fieldsOf(ScriptedClient::Call const& call) {
@@ -54,12 +50,22 @@ auto fieldsOf(Response const& r) {
                            r.error.message, r.statusLine, r.reason);
 }
 
+/// Has `proxy` for every URL.
 struct Provider : IProxyProvider {
-    explicit Provider(std::function<ProxyInfo(std::string)> answer) : ask(std::move(answer)) {}
-    [[nodiscard]] ProxyInfo getProxy(std::string const& url) const override { return ask(url); }
+    explicit Provider(ProxyInfo const& answer) : proxy(answer) {}
+    [[nodiscard]] ProxyInfo getProxy(std::string const& url) const override {
+        asked.push_back(url);
+        return proxy;
+    }
 
-    std::function<ProxyInfo(std::string)> ask;
+    ProxyInfo proxy;
+    mutable std::vector<std::string> asked;
 };
+
+Client addProvider(NotNull<Client> const& inner) {
+    auto provider = std::make_unique<Provider>(ProxyInfo{ProxyType::Socks, "system", 2});
+    return std::make_shared<SystemProxyAdapter>(inner, std::move(provider));
+}
 
 /// An adapter, and what it changes of each call.
 struct Adapter {
@@ -69,31 +75,18 @@ struct Adapter {
 };
 
 std::vector<Adapter> adapters() {
+    constexpr auto HTTPS = ForceProtocolSettings::Https;
+    constexpr auto UNKNOWN = static_cast<ForceProtocolSettings>(2);
     return {
-        {"cookies", [](auto const& inner) { return addCookieJarAdapter(inner, nullptr); },
+        {"cookies", [](auto& inner) { return addCookieJarAdapter(inner, nullptr); },
          [](auto& request, auto&) { request.cookies = {}; }},
-        {"retries",
-         [](auto const& inner) {
-             return addRetriesAdapter(inner, std::vector{Retry{7, nullptr}});
-         },
+        {"retries", [](auto& inner) { return addRetriesAdapter(inner, ONE_ATTEMPT); },
          [](auto&, auto& options) { options.timeout = 7; }},
-        {"https",
-         [](auto const& inner) {
-             return addForceProtocolAdapter(inner, ForceProtocolSettings::Https);
-         },
+        {"https", [](auto& inner) { return addForceProtocolAdapter(inner, HTTPS); },
          [](auto& request, auto&) { request.url.setProtocol("https"); }},
-        {"unknown protocol",
-         [](auto const& inner) {
-             return addForceProtocolAdapter(inner, static_cast<ForceProtocolSettings>(2));
-         }},
-        {"system without a proxy", [](auto const& inner) { return addSystemProxyAdapter(inner); }},
-        {"system with a proxy",
-         [](NotNull<Client> const& inner) {
-             return std::make_shared<SystemProxyAdapter>(
-                 inner, std::make_unique<Provider>([](auto const&) {
-                     return ProxyInfo{ProxyType::Socks, "system", 2};
-                 }));
-         },
+        {"unknown", [](auto& inner) { return addForceProtocolAdapter(inner, UNKNOWN); }},
+        {"no system proxy", [](auto& inner) { return addSystemProxyAdapter(inner); }},
+        {"system proxy", addProvider,
          [](auto&, auto& options) { options.proxy = "proto://system:2"; }},
     };
 }
@@ -258,16 +251,13 @@ TEST(SystemProxyAdapterTest, PutsTheProxyOfTheSystemInPlaceOfTheCallers) {
              // Without a proxy, host and port mean nothing.
              {"http://a.test/", {ProxyType::None, "proxy.test", 3128}, "own://proxy:1"},
          }) {
-        std::vector<std::string> asked;
-        SystemProxyAdapter const adapter(
-            nullptr, std::make_unique<Provider>([&asked, &proxy = answer](auto const& text) {
-                return asked.push_back(text), proxy;
-            }));
-        for (int time : {1, 2}) {
-            EXPECT_EQ(adapter.addProxyUrlOption(everyOption(), requestFor(url)).proxy, expected)
-                << time;
+        auto provider = std::make_unique<Provider>(answer);
+        auto const& asked = provider->asked;
+        SystemProxyAdapter const adapter(nullptr, std::move(provider));
+        for (auto const calls : {1U, 2U}) {
+            EXPECT_EQ(adapter.addProxyUrlOption(everyOption(), requestFor(url)).proxy, expected);
+            EXPECT_EQ(asked, std::vector<std::string>(calls, url)) << "asked anew for every call";
         }
-        EXPECT_THAT(asked, ElementsAre(url, url)) << "asked anew for every call";
     }
 }
 

@@ -31,12 +31,11 @@ TEST(StubHttpClientTest, SucceedsAtOnceWithoutACallback) {
     options.onData = [](std::string const&) { ADD_FAILURE(); };
     options.onProgress = [](std::int64_t, std::int64_t) { ADD_FAILURE(); };
     for (auto const& operation : Testing::operations()) {
-        auto const response = operation.call(*stub, Request(), options);
-        EXPECT_EQ(response.error.code, ErrorCode::Ok);
-        EXPECT_EQ(response.statusCode, 0);
-        EXPECT_TRUE(response.error.message.empty() && response.body.empty() &&
-                    response.headers.empty() && response.cookies.empty() &&
-                    response.statusLine.empty() && response.reason.empty());
+        auto const r = operation.call(*stub, Request(), options);
+        EXPECT_EQ(r.error.code, ErrorCode::Ok);
+        EXPECT_TRUE(r.statusCode == 0 && r.error.message.empty() && r.body.empty() &&
+                    r.headers.empty() && r.cookies.empty() && r.statusLine.empty() &&
+                    r.reason.empty());
     }
 }
 

@@ -36,11 +36,10 @@ TEST(CaseInsensitiveCompareTest, OrdersByLowerCase) {
 }
 
 TEST(OptionsTest, LimitNothingUnlessTold) {
-    Options const o;
-    EXPECT_EQ(std::tuple(o.lowSpeedLimit, o.lowSpeedTime, o.timeout, o.followRedirects,
-                         o.maxRedirects, o.progressInterval, o.proxy),
+    auto const& [limit, time, timeout, follows, redirects, interval, proxy, a, b, c] = Options();
+    EXPECT_EQ(std::tuple(limit, time, timeout, follows, redirects, interval, proxy),
               std::tuple(0, 0, 0, false, 0, 0, ""));
-    EXPECT_FALSE(o.isCancelled || o.onProgress || o.onData);
+    EXPECT_FALSE(a || b || c);
 }
 
 TEST(NotNullTest, HoldsWhatConvertsAndIsNeverEmpty) {
