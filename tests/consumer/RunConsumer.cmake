@@ -1,5 +1,6 @@
 # Gets the library in the way that WAY names, into a directory of its own below WORK_DIR, builds the consumer against it, as
-# C++20 with warnings as errors, and lets it perform a GET through SERVE, which adds the URL.
+# C++20 with warnings as errors, and runs it. The environment names the compiler (CXX), its flags (CXXFLAGS) and where the
+# dependencies are (CMAKE_PREFIX_PATH).
 set(consumer_source ${CMAKE_CURRENT_LIST_DIR})
 set(prefix ${WORK_DIR}/prefix)
 set(warnings -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
@@ -10,10 +11,10 @@ endfunction()
 
 function(build_consumer)
     list(JOIN warnings " " flags)
-    run(${CMAKE_COMMAND} -G Ninja -S ${consumer_source} -B ${WORK_DIR}/build -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-        -DCMAKE_CXX_STANDARD=20 "-DCMAKE_CXX_FLAGS=${flags}" ${ARGV})
+    run(${CMAKE_COMMAND} -G Ninja -S ${consumer_source} -B ${WORK_DIR}/build
+        -DCMAKE_CXX_STANDARD=20 "-DCMAKE_CXX_FLAGS=$ENV{CXXFLAGS} ${flags}" ${ARGV})
     run(${CMAKE_COMMAND} --build ${WORK_DIR}/build)
-    run(${SERVE} ${WORK_DIR}/build/consumer)
+    run(${WORK_DIR}/build/consumer)
 endfunction()
 
 # Makes the package that GENERATOR names and gives its file.
@@ -32,7 +33,7 @@ if(WAY STREQUAL install)
     build_consumer(-DCMAKE_PREFIX_PATH=${prefix})
 elseif(WAY STREQUAL static)
     run(${CMAKE_COMMAND} -G Ninja -S ${LIBRARY_SOURCE_DIR} -B ${WORK_DIR}/library -DBUILD_SHARED_LIBS=OFF
-        -DBUILD_TESTING=OFF -DQORNETWORKING_BUILD_EXAMPLES=OFF -DCMAKE_CXX_COMPILER=${CXX_COMPILER})
+        -DBUILD_TESTING=OFF -DQORNETWORKING_BUILD_EXAMPLES=OFF)
     run(${CMAKE_COMMAND} --build ${WORK_DIR}/library)
     run(${CMAKE_COMMAND} --install ${WORK_DIR}/library --prefix ${prefix})
     build_consumer(-DCMAKE_PREFIX_PATH=${prefix})
@@ -46,9 +47,10 @@ elseif(WAY STREQUAL pkg-config)
         OUTPUT_VARIABLE flags OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
     separate_arguments(flags)
     get_filename_component(libraries ${pc_file}/../.. ABSOLUTE)
-    run(${CXX_COMPILER} -std=c++20 ${warnings} ${consumer_source}/main.cpp -o ${WORK_DIR}/consumer ${flags}
+    separate_arguments(own_flags NATIVE_COMMAND "$ENV{CXXFLAGS}")
+    run($ENV{CXX} -std=c++20 ${own_flags} ${warnings} ${consumer_source}/main.cpp -o ${WORK_DIR}/consumer ${flags}
         -Wl,-rpath,${libraries})
-    run(${SERVE} ${WORK_DIR}/consumer)
+    run(${WORK_DIR}/consumer)
 elseif(WAY STREQUAL tgz)
     make_package(TGZ *.tar.gz package)
     file(ARCHIVE_EXTRACT INPUT ${package} DESTINATION ${prefix})

@@ -1,9 +1,15 @@
 #include <Networking/CreateHttpClient.h>
 
-int main(int, char* argv[]) {
+// Succeeds if the transfer that one client performs fails, as nobody listens there, and the other
+// client performs none.
+int main() {
     using namespace Ostrel::Networking;
     Request request;
-    request.url = Url(argv[1]);
-    auto const response = createHttpClient(HttpClientType::Cpr)->get(request, Options());
-    return response.error.code == ErrorCode::Ok && response.statusCode == 200 ? 0 : 1;
+    request.url = Url("http://127.0.0.1:1/");
+    auto const performed = createHttpClient(HttpClientType::Cpr)->get(request, Options());
+    auto const pretended = createHttpClient(HttpClientType::Stub)->get(request, Options());
+    return performed.error.code == ErrorCode::ConnectionFailure &&
+                   pretended.error.code == ErrorCode::Ok
+               ? 0
+               : 1;
 }
