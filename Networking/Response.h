@@ -54,8 +54,9 @@ struct Response {
     /// kept. Trailers are not included.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
     /// Cookies that servers set during the call, name to value; domain, path, expiry and flags are
-    /// not kept. If a cookie is set repeatedly for one host, the last value is listed. A cookie
-    /// that a server deletes, with "Max-Age=0" for example, may still be listed.
+    /// not kept. A cookie that is set again has its last value. If cookies with one name differ in
+    /// host or path, the first in the transport's cookie store is listed. A cookie that a server
+    /// deletes, with "Max-Age=0" for example, may still be listed.
     std::map<std::string, std::string> cookies;
     /// How the transfer ended.
     Error error;
