@@ -75,6 +75,7 @@ struct Adapter {
 };
 
 std::vector<Adapter> adapters() {
+    constexpr auto HTTP = ForceProtocolSettings::Http;
     constexpr auto HTTPS = ForceProtocolSettings::Https;
     constexpr auto UNKNOWN = static_cast<ForceProtocolSettings>(2);
     return {
@@ -84,6 +85,8 @@ std::vector<Adapter> adapters() {
          [](auto&, auto& options) { options.timeout = 7; }},
         {"https", [](auto& inner) { return addForceProtocolAdapter(inner, HTTPS); },
          [](auto& request, auto&) { request.url.setProtocol("https"); }},
+        {"http", [](auto& inner) { return addForceProtocolAdapter(inner, HTTP); },
+         [](auto& request, auto&) { request.url.setProtocol("http"); }},
         {"unknown", [](auto& inner) { return addForceProtocolAdapter(inner, UNKNOWN); }},
         {"no system proxy", [](auto& inner) { return addSystemProxyAdapter(inner); }},
         {"system proxy", addProvider,
@@ -115,24 +118,6 @@ TEST(AdaptersTest, ChangeWhatIsTheirsPassOnTheRestAndRefuseAnEmptyClient) {
             EXPECT_THROW((void)operation.call(*client, request, everyOption()), std::logic_error);
         }
         EXPECT_THROW((void)addTo(nullptr), std::invalid_argument) << name;
-    }
-}
-
-TEST(ForceProtocolAdapterTest, ReplacesTheProtocolAndNothingElse) {
-    Url withoutProtocol("http://host/");
-    withoutProtocol.setProtocol("");
-    std::vector<std::tuple<Url, ForceProtocolSettings, std::string>> const rows = {
-        {Url("https://u:p@host:80/p?a=1#top"), ForceProtocolSettings::Http,
-         "http://u:p@host:80/p?a=1#top"},
-        {Url("https://host"), ForceProtocolSettings::Https, "https://host"},
-        {Url("HTTP://host/"), ForceProtocolSettings::Http, "http://host/"},
-        {Url("ftp://host/"), ForceProtocolSettings::Https, "https://host/"},
-        {withoutProtocol, ForceProtocolSettings::Https, "https://host/"},
-    };
-    for (auto const& [url, settings, expected] : rows) {
-        auto const inner = std::make_shared<ScriptedClient>(std::vector{OK});
-        (void)addForceProtocolAdapter(inner, settings)->get({url, {}, {}}, {});
-        EXPECT_EQ(inner->calls().at(0).request.url.toString(), expected);
     }
 }
 

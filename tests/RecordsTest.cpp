@@ -86,19 +86,14 @@ TEST(LastModifiedTest, ReadsTheFieldsAsStandardLocalTime) {
 
 TEST(LastModifiedTest, NeedsACompletedTransferAndTheHeaderAndUsesTheFieldsBeforeAFault) {
     setTimeZone("UTC0");
-    auto const timeOf = [](int year, int month, int day) {
-        std::tm fields{};
-        fields.tm_year = year;
-        fields.tm_mon = month;
-        fields.tm_mday = day;
-        return std::mktime(&fields);
-    };
+    constexpr std::time_t DAY = 86400;
+    constexpr std::time_t YEAR_1900 = -2208988800;
     std::vector<std::pair<std::string, std::time_t>> const rows = {
-        {"", timeOf(0, 0, 0)},
-        {"yesterday", timeOf(0, 0, 0)},
-        {"Tue, 15 Nuv 1994 08:12:31 GMT", timeOf(0, 0, 15)},
-        {"Tue, 15 Nov", timeOf(0, 10, 15)},
-        {"Tue, 15 Nov 1994", timeOf(94, 10, 15)},
+        {"", YEAR_1900 - DAY},  // A day 0.
+        {"yesterday", YEAR_1900 - DAY},
+        {"Tue, 15 Nuv 1994 08:12:31 GMT", YEAR_1900 + 14 * DAY},
+        {"Tue, 15 Nov", YEAR_1900 + (304 + 14) * DAY},
+        {"Tue, 15 Nov 1994", 784887151 - 784887151 % DAY},
         {"Tue, 15 Nov 1994 08:12:31 Nowhere", 784887151},
     };
     for (auto const& [date, expected] : rows) {

@@ -83,10 +83,8 @@ TEST(UrlTest, AgreesWithThePatternOnRandomTexts) {
 }
 
 std::string repeated(std::string const& piece) {
-    constexpr std::size_t SIZE = 1 << 18;
     std::string text;
-    while (text.size() < SIZE) {
-        text += piece;
+    for (std::size_t size = 1 << 18; text.size() < size; text += piece) {
     }
     return text;
 }
