@@ -63,7 +63,7 @@ private:
         if (answers_.empty()) {
             throw std::logic_error("no answer for " + call.operation);
         }
-        auto const answer = answers_.front();
+        auto answer = std::move(answers_.front());
         answers_.pop_front();
         return answer;
     }
