@@ -32,57 +32,25 @@ template <typename Outcome>
 struct HasGroupedOutcomes<Outcome, std::void_t<decltype(Outcome::CONNECTION_FAILURE)>>
     : std::true_type {};
 
-/// Throws `std::runtime_error` for a value that the release does not define. The switches below
-/// have no default, so that the compiler reports enumerators that a new release adds.
+/// Throws `std::runtime_error` for a value that the release does not define.
 [[noreturn]] inline void refuseOutcome() {
     throw std::runtime_error("Uknown cpr::ErrorCode provided");
 }
 
-template <typename Outcome>
-ErrorCode errorCodeOfGrouped(Outcome outcome) {
-    switch (outcome) {
-        case Outcome::OK:
-            return ErrorCode::Ok;
-        case Outcome::CONNECTION_FAILURE:
-            return ErrorCode::ConnectionFailure;
-        case Outcome::EMPTY_RESPONSE:
-            return ErrorCode::EmptyResponse;
-        case Outcome::HOST_RESOLUTION_FAILURE:
-            return ErrorCode::HostResolutionFailure;
-        case Outcome::INTERNAL_ERROR:
-            return ErrorCode::InternalError;
-        case Outcome::INVALID_URL_FORMAT:
-            return ErrorCode::InvalidUrlFormat;
-        case Outcome::NETWORK_RECEIVE_ERROR:
-            return ErrorCode::NetworkReceiveError;
-        case Outcome::NETWORK_SEND_FAILURE:
-            return ErrorCode::NetworkSendFailure;
-        case Outcome::OPERATION_TIMEDOUT:
-            return ErrorCode::OperationTimedOut;
-        case Outcome::PROXY_RESOLUTION_FAILURE:
-            return ErrorCode::ProxyResolutionFailure;
-        case Outcome::SSL_CONNECT_ERROR:
-            return ErrorCode::SslConnectError;
-        case Outcome::SSL_LOCAL_CERTIFICATE_ERROR:
-            return ErrorCode::SslLocalCertificateError;
-        case Outcome::SSL_REMOTE_CERTIFICATE_ERROR:
-            return ErrorCode::SslRemoteCertificateError;
-        case Outcome::SSL_CACERT_ERROR:
-        case Outcome::GENERIC_SSL_ERROR:
-            return ErrorCode::GenericSslError;
-        case Outcome::UNSUPPORTED_PROTOCOL:
-            return ErrorCode::UnsupportedProtocol;
-        case Outcome::REQUEST_CANCELLED:
-            return ErrorCode::RequestCancelled;
-        case Outcome::TOO_MANY_REDIRECTS:
-            return ErrorCode::TooManyRedirects;
-        case Outcome::UNKNOWN_ERROR:
-            return ErrorCode::UnknownError;
+/// Those releases number their outcomes like `ErrorCode`, except that they have two values, 13 and
+/// 14, for what `GenericSslError` stands for.
+inline ErrorCode errorCodeOfGrouped(std::int32_t outcome) {
+    if ((outcome >= 0 && outcome <= 13) || outcome == 1000) {
+        return static_cast<ErrorCode>(outcome);
+    }
+    if (outcome >= 14 && outcome <= 17) {
+        return static_cast<ErrorCode>(outcome - 1);
     }
     refuseOutcome();
 }
 
-/// Groups the codes in the way in which libcpr did up to release 1.10.
+/// Groups the codes like libcpr up to release 1.10. The switch has no default, so that the compiler
+/// reports enumerators that a new release adds.
 template <typename Outcome>
 ErrorCode errorCodeOfSingle(Outcome outcome) {
     switch (outcome) {
@@ -182,7 +150,7 @@ ErrorCode errorCodeOfSingle(Outcome outcome) {
 template <typename Outcome>
 ErrorCode errorCodeOf(Outcome outcome) {
     if constexpr (HasGroupedOutcomes<Outcome>::value) {
-        return errorCodeOfGrouped(outcome);
+        return errorCodeOfGrouped(static_cast<std::int32_t>(outcome));
     } else {
         return errorCodeOfSingle(outcome);
     }
