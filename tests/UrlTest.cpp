@@ -43,7 +43,12 @@ TEST(UrlTest, Prints) {
         {"proto://host;a:b=1", "proto://host?a:b=1"},
         // Parameters are sorted by name; the first value of a name is kept.
         {"proto://host?b=2;a=&a=3?B=1", "proto://host?B=1&a=&b=2"},
+        // What is not a URL prints nothing.
         {"proto://:pw@host/", ""},
+        {"proto:/host", ""},
+        {"://host", ""},
+        {"a+b://host", ""},
+        {" proto://host", ""},
     };
     for (auto const& [text, printed] : rows) {
         expectLikePattern(text);
@@ -70,11 +75,11 @@ TEST(UrlTest, AgreesWithThePatternOnRandomTexts) {
     std::vector<std::string> const pieces = {
         "a",  "b1", "_",   ":",  "/",  "@",  "?",  "#",    ";",     "&",    "=",     ".",
         "ho", ":8", "?a=", "&b", "=1", ";c", "@h", "\x80", "\xff",  "\n"s,  "\0"s,   " ",
-        "-",  "%",  "//",  ":p", "u@", "st", "?x", "\xc3", "=\x7f", "&q=s", "/p;a=1"};
+        "-",  "%",  "//",  ":p", "u@", "st", "?x", "\xc3", "=\x7f", "&q=s", "zZA:90"};
     std::mt19937 random(20240229);
     auto const piece = [&] { return pieces[random() % pieces.size()]; };
     for (int i = 0; i < 30'000; ++i) {
-        auto text = i % 16 == 0 ? piece() + "p" + piece() + "//h" : "p0_://";
+        auto text = i % 16 == 0 ? piece() : "p0_://";
         for (auto left = random() % 25; left > 0; --left) {
             text += piece();
         }
