@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <optional>
@@ -32,7 +33,11 @@ State& state() {
     return instance;
 }
 
+/// Ends the process on a null pointer, as macOS does.
 SystemSettings::Value const& valueOf(void const* object) {
+    if (object == nullptr) {
+        std::abort();
+    }
     return *static_cast<SystemSettings::Value const*>(object);
 }
 
