@@ -13,6 +13,7 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
@@ -256,10 +257,13 @@ TEST(CprHttpClientTest, ReportsFailuresOfTheTransportAsValues) {
     }
 }
 
+/// Closes the connection, which resets it if the peer has more to say.
+void hangUp(Connection& connection) { (void)connection.readSome(); }
+
 TEST(EnvironmentTest, DivertsNothing) {
     RawServer trap(answering(EMPTY_OK));
     RawServer target(answering(MOVED + "/\r\n\r\n"));
-    RawServer noTls([](Connection& connection) { (void)connection.readSome(); });
+    RawServer noTls(hangUp);
     std::vector<std::string> requests;
     RawServer proxy(answering(MOVED + "http://other.test/\r\n\r\n", &requests));
     for (auto const* name : {"http_proxy", "https_proxy", "ALL_PROXY", "no_proxy", "NO_PROXY"}) {
@@ -363,23 +367,12 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     EXPECT_EQ(server.connections(), 0);
 }
 
-RawServer::Handler resetting(std::string const& text) {
-    return [text](Connection& connection) {
-        (void)connection.readSome();
-        connection.send(text);
-        connection.reset();
-    };
-}
-
 TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
     constexpr auto EMPTY = ErrorCode::EmptyResponse;
     constexpr auto BROKEN = ErrorCode::InternalError;
     constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
     auto const ok = "HTTP/1.1 200 OK\r\n"s;
-    std::string cookies;
-    while (cookies.size() < 40'000) {
-        cookies += "Set-Cookie: a=1\r\nSet-Cookie: b=2\r\nSet-Cookie: ;;\r\nSet-Cookie: =\t\r\n";
-    }
+    auto const cookies = "Set-Cookie: a=1\r\nSet-Cookie: ;;\r\nSet-Cookie: =\t\r\n\r\n"s;
     struct Row {
         std::string name;
         RawServer::Handler handler;
@@ -387,10 +380,10 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
         std::string scheme = "http";
     };
     for (auto const& [name, handler, outcomes, scheme] : std::vector<Row>{
-             {"nothing", answering(""), {EMPTY}},
+             {"nothing", hangUp, {EMPTY}},
              {"garbage without end", endless("", "\xfe"), {ErrorCode::UnsupportedProtocol, BROKEN}},
              {"headers without end", endless(ok, "X: 1\r\n"), {BROKEN, RECEIVE, LATE}},
-             {"many odd cookies", answering(ok + cookies + "\r\n"), {OK}},
+             {"odd cookies", answering(ok + cookies), {OK}},
              {"no gzip", answering(ok + "Content-Encoding: gzip\r\n\r\nbody"), {BROKEN}},
              {"redirect to itself", answering(MOVED + "/\r\n\r\n"), {TOO_MANY}},
              {"stall in the head", endless(ok + "X: 1\r\nY"), {LATE}},
@@ -399,10 +392,7 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
               endless("HTTP/1.1 400 Bad Request\r\n\r\n"),
               {ErrorCode::SslConnectError},
               "https"},
-             {"reset in the body", resetting(ok + "Content-Length: 9\r\n\r\n"), {RECEIVE, BROKEN}},
-             {"reset in the upload",
-              resetting(""),
-              {ErrorCode::NetworkSendFailure, RECEIVE, EMPTY}},
+             {"reset in the upload", hangUp, {ErrorCode::NetworkSendFailure, RECEIVE, EMPTY}},
          }) {
         SCOPED_TRACE(name);
         RawServer server(handler);
@@ -429,21 +419,19 @@ TEST(HostileServerTest, CannotTakeBackWhatItSentBeforeAFailure) {
 }
 
 TEST(HostileServerTest, LeavesNoDescriptorsBehind) {
-    auto const openDescriptors = [] {
-        int count = 0;
-        for (int descriptor = 0; descriptor < 4096; ++descriptor) {
-            count += fcntl(descriptor, F_GETFD) >= 0;
-        }
-        return count;
-    };
     RawServer answer(answering(EMPTY_OK));
-    RawServer reset(resetting(""));
-    auto const before = openDescriptors();
+    RawServer reset(hangUp);
+    auto const lowest = [] {
+        auto const descriptor = open("/dev/null", O_RDONLY);
+        close(descriptor);
+        return descriptor;
+    };
+    auto const before = lowest();
     for (int round = 0; round < 20; ++round) {
         (void)get(answer.url());
         (void)get(reset.url());
     }
-    EXPECT_LT(openDescriptors(), before + 10);  // The servers may be closing their sides still.
+    EXPECT_LT(lowest(), before + 10);  // The servers may be closing their sides still.
 }
 
 }  // namespace

@@ -55,12 +55,6 @@ public:
         return ::send(socket_, bytes.data(), bytes.size(), 0) == static_cast<ssize_t>(bytes.size());
     }
 
-    /// Ends the connection with a reset instead of an orderly close.
-    void reset() {
-        linger const now{1, 0};
-        setsockopt(socket_, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-    }
-
 private:
     int socket_;
 };
@@ -94,8 +88,6 @@ public:
         close(waker);
         close(listener_);
     }
-    RawServer(RawServer const&) = delete;
-    RawServer& operator=(RawServer const&) = delete;
 
     [[nodiscard]] std::string authority() const {
         return "127.0.0.1:" + std::to_string(ntohs(address_.sin_port));

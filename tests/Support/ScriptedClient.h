@@ -32,8 +32,6 @@ public:
         }
     }
     ~ScriptedClient() override { EXPECT_TRUE(answers_.empty()) << "answers left"; }
-    ScriptedClient(ScriptedClient const&) = delete;
-    ScriptedClient& operator=(ScriptedClient const&) = delete;
 
     /// With a numbered message, and a status of an error, which no adapter looks at.
     void answer(ErrorCode outcome, std::map<std::string, std::string> const& cookies = {}) {
