@@ -1,4 +1,4 @@
-# Read by the other scripts. Names that a script gives to what it says, and what several of them do.
+# What the other scripts share. They read this file, from the root of the tree.
 set -euo pipefail
 
 SCRIPT=$(basename "$0" .sh)
@@ -6,7 +6,7 @@ PROCESSORS=$(getconf _NPROCESSORS_ONLN)
 
 # Homebrew keeps glog where CMake does not look.
 if command -v brew >/dev/null; then
-    export CMAKE_PREFIX_PATH="$(brew --prefix):$(brew --prefix glog)${CMAKE_PREFIX_PATH:+:$CMAKE_PREFIX_PATH}"
+    export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:+$CMAKE_PREFIX_PATH:}$(brew --prefix):$(brew --prefix glog)"
 fi
 
 say() {
