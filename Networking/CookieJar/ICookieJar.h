@@ -8,10 +8,11 @@
 
 namespace Ostrel::Networking {
 
-/// A cookie and the URL that it belongs to. Name and value are held as the server wrote them; what
-/// the transport makes of them is described at `Request::cookies`.
+/// A cookie and the URL that it belongs to.
 struct Cookie {
+    /// As the server wrote it. How it is sent is described at `Request::cookies`.
     std::string name;
+    /// Likewise.
     std::string value;
     /// URL of the request whose response set the cookie.
     Url url;
