@@ -13,19 +13,18 @@
 #include "Ostrel/NotNull.h"
 
 /// @file
-/// The factories of the adapters. Each wraps a client, whose ownership the adapter shares, and
-/// returns the adapter, which the caller owns and can wrap again. `NotNull` throws
+/// Factories of the adapters. Each wraps a client and returns the adapter, which shares ownership
+/// of the client. The caller owns the adapter and can wrap it again. `NotNull` throws
 /// `std::invalid_argument` if the client is empty.
 namespace Ostrel::Networking {
 
-/// Wraps `client` so that it remembers cookies in `jar`. Shares ownership of `jar`; if that is
-/// empty, the adapter has a jar of its own.
+/// Wraps `client` so that it remembers cookies in `jar`. Shares ownership of `jar`; if `jar` is
+/// empty, the adapter creates its own.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addCookieJarAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::shared_ptr<ICookieJar> const& jar);
 
-/// Wraps `client` so that calls that time out are repeated, with one attempt for each entry of
-/// `retries`, the first attempt included.
-/// Throws `std::runtime_error` if `retries` is empty.
+/// Wraps `client` so that calls that time out are repeated. `retries` has one entry for each
+/// attempt, including the first. Throws `std::runtime_error` if `retries` is empty.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addRetriesAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::vector<Retry> const& retries);
 

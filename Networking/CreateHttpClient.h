@@ -10,8 +10,8 @@ namespace Ostrel::Networking {
 
 /// Creates a client, which the caller owns. The stub answers every call at once with an empty
 /// `Response` whose outcome is `ErrorCode::Ok`. It ignores all arguments and calls no callback, so
-/// that an application can run with its networking switched off. Throws `std::runtime_error` if
-/// `type` is none of the enumerators.
+/// that an application can run with networking switched off. Throws `std::runtime_error` if `type`
+/// is not an enumerator.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> createHttpClient(
     HttpClientType type);
 

@@ -10,9 +10,9 @@
 /// values that they take and return.
 namespace Ostrel::Networking {
 
-/// An HTTP client. Every operation blocks the calling thread until the transfer has ended. Failures
-/// of the transfer are values in `Response::error`. All clients and adapters of this library are
-/// safe to call from several threads, provided that the callbacks of the `Options` are.
+/// An HTTP client. Every operation blocks the calling thread until the transfer has ended. Transfer
+/// failures are reported in `Response::error`. All clients and adapters of this library are safe to
+/// call from several threads, provided that the callbacks of the `Options` are.
 class QORNETWORKING_EXPORT IHttpClient {
 public:
     virtual ~IHttpClient() = default;
@@ -23,8 +23,8 @@ public:
     /// Performs a HEAD.
     [[nodiscard]] virtual Response head(Request const& request, Options const& options) = 0;
 
-    /// Performs a POST of the bytes of `body` as they are. State their media type in a header
-    /// "Content-Type"; without one the transport sends "application/x-www-form-urlencoded".
+    /// Performs a POST of the bytes of `body`, unchanged. Set their media type in the header
+    /// "Content-Type"; by default the transport sends "application/x-www-form-urlencoded".
     [[nodiscard]] virtual Response post(Request const& request, std::string const& body,
                                         Options const& options) = 0;
 

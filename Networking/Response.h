@@ -10,7 +10,7 @@
 
 namespace Ostrel::Networking {
 
-/// How a transfer ended. A transfer that brought an HTTP error status is completed, so it is `Ok`.
+/// How a transfer ended. A response with an HTTP error status is a completed transfer: `Ok`.
 enum class ErrorCode : std::int32_t {
     Ok = 0,                          ///< Completed; see `Response::statusCode`.
     ConnectionFailure = 1,           ///< No connection could be made.
@@ -20,32 +20,32 @@ enum class ErrorCode : std::int32_t {
     InvalidUrlFormat = 5,            ///< The transport rejected the URL.
     NetworkReceiveError = 6,         ///< Failure while receiving.
     NetworkSendFailure = 7,          ///< Failure while sending.
-    OperationTimedOut = 8,           ///< Out of time, or too slow for too long.
+    OperationTimedOut = 8,           ///< Time limit reached, or too slow for too long.
     ProxyResolutionFailure = 9,      ///< The proxy's name could not be resolved.
     SslConnectError = 10,            ///< The TLS handshake failed.
     SslLocalCertificateError = 11,   ///< Problem with the local client certificate.
     SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
     GenericSslError = 13,            ///< Any other TLS failure.
-    UnsupportedProtocol = 14,        ///< The scheme is not supported, or the answer is not HTTP.
-    RequestCancelled = 15,  ///< Ended by `isCancelled`, or the body could not be passed on.
-    TooManyRedirects = 16,  ///< More redirects than allowed.
-    UnknownError = 1000,    ///< Any other failure of the transport.
-    NotPerformed = 1001,    ///< Nothing was sent.
+    UnsupportedProtocol = 14,        ///< The scheme is not supported, or the response is not HTTP.
+    RequestCancelled = 15,           ///< Ended by `isCancelled`, or the body was not delivered.
+    TooManyRedirects = 16,           ///< More redirects than allowed.
+    UnknownError = 1000,             ///< Any other failure of the transport.
+    NotPerformed = 1001,             ///< Nothing was sent.
 };
 
 /// Outcome of a transfer.
 struct Error {
     /// `NotPerformed` until a client sets it.
     ErrorCode code = ErrorCode::NotPerformed;
-    /// The transport's own text for the failure, or why the request was refused; may be empty.
+    /// The transport's text for the failure, or why the request was refused; may be empty.
     std::string message;
 };
 
-/// The result of one call. Look at `error` first: a failed transfer may have a status code and a
-/// part of a body.
+/// The result of one call. Look at `error` first: a failed transfer may have a status code and part
+/// of a body.
 struct Response {
-    /// HTTP status code of the last response received; 0 if there was none. After a redirect to a
-    /// server that cannot be reached, that is the status of the redirect; the same holds for
+    /// HTTP status code of the last response received; 0 if there was none. If a redirect leads to
+    /// a server that cannot be reached, it is the status of the redirect; the same applies to
     /// `headers`, `statusLine` and `reason`.
     std::int32_t statusCode = 0;
     /// Empty if `Options::onData` received it.
@@ -54,9 +54,9 @@ struct Response {
     /// kept. Trailers are not included.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
     /// Cookies that servers set during the call, name to value; domain, path, expiry and flags are
-    /// not kept. A cookie that is set again has its last value. If cookies with one name differ in
-    /// host or path, the first in the transport's cookie store is listed. A cookie that a server
-    /// deletes, with "Max-Age=0" for example, may still be listed.
+    /// not kept. If a cookie is set again, the last value is kept. If cookies with the same name
+    /// differ in host or path, the first in the transport's cookie store is listed. A cookie that a
+    /// server deletes, with "Max-Age=0" for example, may still be listed.
     std::map<std::string, std::string> cookies;
     /// How the transfer ended.
     Error error;
@@ -65,14 +65,14 @@ struct Response {
     /// The text after the status code in `statusLine`; empty if there is none, as in HTTP/2.
     std::string reason;
 
-    /// The time in the header "Last-Modified", in seconds since the Unix epoch; 0 if there is no
-    /// such header or if the transfer failed. HTTP dates are in GMT (RFC 9110, section 5.6.7), but
-    /// the fields are read as standard local time, because the C library has no portable way to
-    /// read them otherwise. So set the time zone of the process to UTC to get the true instant; in
-    /// any other zone the result is off by the zone's offset without daylight saving. A malformed
-    /// date gives what `mktime` makes of the fields before the error, which may be -1. Names of
-    /// months and days are those of the global locale at the time of the call. Safe to call from
-    /// several threads while neither locale nor zone changes.
+    /// Returns the time in the header "Last-Modified", in seconds since the Unix epoch; 0 if there
+    /// is no such header or if the transfer failed. HTTP dates are in GMT (RFC 9110, section
+    /// 5.6.7), but the fields are read as standard local time, because the C library has no
+    /// portable way to read them otherwise. So set the time zone of the process to UTC to get the
+    /// true instant; in any other zone the result is off by the zone's offset without daylight
+    /// saving. For a malformed date, returns the result of `mktime` for the fields before the
+    /// error, which may be -1. Names of months and days are those of the global locale at the time
+    /// of the call. Safe to call from several threads while neither locale nor time zone changes.
     [[nodiscard]] QORNETWORKING_EXPORT std::time_t getLastModified() const;
 };
 

@@ -11,10 +11,10 @@
 
 namespace Ostrel::Networking {
 
-/// Orders header names without regard to letter case (RFC 9110, section 5.1), byte by byte through
-/// the C library's `tolower`. That uses the locale of the process, which must not change while maps
-/// with this ordering live. In the classic locale, bytes above 127 compare by their unsigned
-/// values.
+/// Orders header names without regard to letter case (RFC 9110, section 5.1): compares bytes
+/// converted by the C library's `tolower`. `tolower` uses the locale of the process, which must not
+/// change while maps with this ordering exist. In the classic locale, bytes above 127 compare by
+/// their unsigned values.
 struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
     /// Whether `a` orders before `b`.
     bool operator()(std::string const& a, std::string const& b) const;
@@ -24,13 +24,12 @@ struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
 /// the call.
 struct Request {
     /// The target. A request whose URL is not valid is never sent. The fragment is not sent. Names
-    /// and values of query parameters are percent-encoded when they are sent, whatever they hold: a
-    /// "%20" that was parsed goes out as "%2520". So add decoded values through
-    /// `Url::addParameter`. A parameter with an empty value goes out as its name alone, without
-    /// "=".
+    /// and values of query parameters are always percent-encoded when they are sent: a parsed "%20"
+    /// is sent as "%2520". So add decoded values through `Url::addParameter`. A parameter with an
+    /// empty value is sent as its name alone, without "=".
     Url url;
-    /// Name to value. A header with an empty value is sent without a value. A header "Cookie" is
-    /// sent in place of all of `cookies`.
+    /// Name to value. A header with an empty value is sent without a value. A header "Cookie"
+    /// replaces all of `cookies`.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
     /// Name to value. Sent to every host, including the targets of redirects. Names and values are
     /// percent-encoded, except a value in double quotes.
@@ -46,31 +45,31 @@ struct Options {
     /// In seconds.
     std::int32_t lowSpeedTime = 0;
     /// Time limit of the whole transfer, in microseconds; passed on in milliseconds, truncated
-    /// toward zero. Below 1000 there is no limit except the transport's own limit on connecting,
-    /// which is 300 seconds.
+    /// toward zero. Below 1000, there is no limit except the transport's own limit of 300 seconds
+    /// for connecting.
     std::int64_t timeout = 0;
     /// Whether redirects are followed. A POST stays a POST.
     bool followRedirects = false;
-    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`. With
-    /// -1 there is no limit; below -1 the limit is libcpr's own, 50.
+    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`. -1
+    /// means no limit; below -1, libcpr's limit of 50 applies.
     std::int32_t maxRedirects = 0;
     /// Minimum time between two calls of `onProgress`, in microseconds.
     std::int64_t progressInterval = 0;
-    /// URL of a proxy with scheme, host and port, of which only host and port are used; empty for
-    /// no proxy. If the port is missing or the text is not a URL, the call ends as
+    /// URL of a proxy, with scheme, host and port; only host and port are used. Empty for no proxy.
+    /// If the port is missing or the text is not a URL, the call ends as
     /// `ErrorCode::ProxyResolutionFailure`.
     std::string proxy;
-    /// Polled before every piece that is given to `onData`, and at every progress event of the
-    /// transport, which come at least about once a second. Returning true ends the transfer as
-    /// `ErrorCode::RequestCancelled`. May be empty.
+    /// Polled before each call of `onData` and at each progress event of the transport, at least
+    /// about once a second. Returning true ends the transfer as `ErrorCode::RequestCancelled`. May
+    /// be empty.
     std::function<bool()> isCancelled;
-    /// Reports the progress of the download in bytes as transferred, that is before they are
-    /// decompressed. Called at most once in `progressInterval`, only if the announced total is at
-    /// least 1024, and only when the count has changed. On a fast link, more than a megabyte may
-    /// arrive between two progress events of the transport. May be empty.
+    /// Reports the progress of the download in bytes as transferred, before decompression. Called
+    /// at most once per `progressInterval`, only if the announced total is at least 1024, and only
+    /// when the count has changed. On a fast link, more than a megabyte may arrive between two
+    /// progress events of the transport. May be empty.
     std::function<void(std::int64_t downloaded, std::int64_t total)> onProgress;
-    /// Sink of the response body. If set, it receives every piece as it arrives, and
-    /// `Response::body` stays empty. May be empty.
+    /// If set, receives each piece of the response body as it arrives, and `Response::body` stays
+    /// empty. May be empty.
     std::function<void(std::string chunk)> onData;
 };
 

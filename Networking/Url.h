@@ -7,14 +7,13 @@
 
 namespace Ostrel::Networking {
 
-/// An absolute URL, split into its parts. Parts are plain byte strings, returned and printed as
-/// they were parsed or set: nothing is percent-encoded or decoded, no case is folded, nothing is
-/// normalised. The query becomes a map ordered by name; its names and values are also kept as
-/// written, so a "%20" stays a "%20". Const operations are safe to call from several threads;
-/// changes are not synchronised.
+/// An absolute URL, split into its parts. Parts are byte strings, returned and printed as they were
+/// parsed or set: nothing is percent-encoded, decoded, case-folded or normalised. The query becomes
+/// a map ordered by name; its names and values are also kept as written, so "%20" stays "%20".
+/// Const operations are safe to call from several threads; changes are not synchronised.
 class QORNETWORKING_EXPORT Url {
 public:
-    /// The part of a URL before "@".
+    /// The user info of a URL, before "@".
     struct UserInfo {
         /// A URL that has a password but no user is not valid.
         std::string user;
@@ -22,14 +21,14 @@ public:
         std::string password;
     };
 
-    /// An all-empty URL, which is not valid.
+    /// An empty URL, which is not valid.
     Url() = default;
 
-    /// Parses the whole of `url`; a text that is not an absolute URL gives the all-empty value. If
-    /// a parameter name repeats, the first value is kept. Parsing takes time linear in the length
-    /// of `url` for every text; ordering n parameters by name then takes n log n comparisons.
-    /// Throws only if memory runs out. Implicit, so that a `std::string` can be passed where a
-    /// `Url` is expected.
+    /// Parses the whole of `url`; if it is not an absolute URL, all parts stay empty. If a
+    /// parameter name repeats, the first value is kept. Parsing always takes time linear in the
+    /// length of `url`; ordering n parameters by name then takes n log n comparisons. Throws only
+    /// if memory runs out. Implicit, so that a `std::string` can be passed where a `Url` is
+    /// expected.
     Url(std::string const& url);
 
     /// The URL as one text, with the parameters in order of their names; empty if the URL is not
@@ -40,10 +39,9 @@ public:
     /// text that was parsed.
     [[nodiscard]] bool isValid() const;
 
-    /// Copies of the parts, as parsed or as set; empty if absent. Parsing takes the protocol
-    /// without
-    /// "://", the port as its digits, unchecked, the path with its leading "/", and the anchor,
-    /// which is the fragment, without "#".
+    /// Copies of the parts, as parsed or set; empty if absent. Parsing stores the protocol without
+    /// "://", the port as digits, whose range is not checked, the path with its leading "/", and
+    /// the anchor, which is the fragment, without "#".
     ///@{
     [[nodiscard]] std::string protocol() const;
     [[nodiscard]] UserInfo userInfo() const;
@@ -55,7 +53,7 @@ public:
     /// A copy of the query parameters, name to value.
     [[nodiscard]] std::map<std::string, std::string> parameters() const;
 
-    /// Stores the text as it is: it is neither checked nor parsed.
+    /// Stores the text without checking or parsing it.
     ///@{
     void setProtocol(std::string const& protocol);
     void setUserInfo(UserInfo const& userInfo);
@@ -65,13 +63,13 @@ public:
     void setAnchor(std::string const& anchor);
     ///@}
 
-    /// Adds a parameter, or replaces the value of the one with that name.
+    /// Adds a parameter, or replaces its value if the name is present.
     void addParameter(std::string const& name, std::string const& value);
     /// Replaces all parameters.
     void setParameters(std::map<std::string, std::string> const& parameters);
     /// Replaces all parameters with the entries of `parameters`, which is left empty.
     void setParameters(std::map<std::string, std::string>&& parameters);
-    /// Removes the parameter of that name. Returns false if there was none.
+    /// Removes the parameter `name`. Returns false if there was none.
     bool removeParameter(std::string const& name);
 
 private:

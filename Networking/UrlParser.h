@@ -17,15 +17,15 @@ struct UrlComponents {
     std::string_view anchor;
 };
 
-/// Splits an absolute URL into its components. Returns nothing if the whole of `text` is not one.
-/// The grammar is that of the ECMAScript pattern (the line break is not part of it)
+/// Splits an absolute URL into its components. Returns nothing if `text` as a whole is not one. The
+/// grammar is that of the ECMAScript pattern (the line break is not part of it)
 ///
 ///     ^(\w+)://(?:([^:/?#]+):?([^:/?#]*)@)?(\w+[^/?#:]+)(?::(\d+))?((?:/[^?#/]*)*)?
 ///     ((?:[?;&][^#/=&;?]+=[^#/=&;?]*)*)?(?:#([^#:/?]+)?)?
 ///
-/// and the components are its eight groups, captured in backtracking order. Takes time linear in
-/// the length of `text` for every text, without recursion or allocation. The views are valid as
-/// long as the text that `text` refers to. Never throws.
+/// and the components are its eight groups, captured in backtracking order. Always takes time
+/// linear in the length of `text`, without recursion or allocation. The views are valid as long as
+/// the text that `text` refers to. Never throws.
 [[nodiscard]] std::optional<UrlComponents> parseUrl(std::string_view text) noexcept;
 
 /// A query parameter, as views into the text of the URL.

@@ -6,9 +6,9 @@
 
 namespace Ostrel {
 
-/// Holds a pointer-like value that is never empty. Ownership is that of the value. Built implicitly
-/// from anything that converts to `T`, so that a function that takes a `NotNull` is called like one
-/// that takes a `T`. Safe to read from several threads.
+/// Holds a pointer-like value that is never empty. Owns what the value owns. Constructed implicitly
+/// from anything that converts to `T`, so a function that takes a `NotNull` is called like one that
+/// takes a `T`. Safe to read from several threads.
 template <typename T>
 class NotNull {
 public:
@@ -21,7 +21,7 @@ public:
         }
     }
 
-    /// Copies only, as a move would leave an empty value behind.
+    /// Moving copies, because a move would leave an empty value behind.
     ///@{
     NotNull(NotNull const&) = default;
     NotNull& operator=(NotNull const&) = default;

@@ -24,10 +24,10 @@ public:
     Response post(Request const& request, MultiPart const& multiPart, Options const& options) final;
 
 protected:
-    /// The caller's operation, bound to its body, ready to be applied to a client.
+    /// The caller's operation, bound to its body; takes the client to call.
     using Operation = std::function<Response(IHttpClient&, Request const&, Options const&)>;
 
-    /// Shares ownership of `client`, which may be empty only if `perform` never asks for it.
+    /// Shares ownership of `client`, which may be empty only if `perform` never calls `client()`.
     explicit ClientAdapter(std::shared_ptr<IHttpClient> const& client);
 
     /// The inner client. Must not be called if the one given to the constructor was empty.

@@ -8,7 +8,7 @@
 
 namespace Ostrel::Networking {
 
-/// The protocol that a `ForceProtocolAdapter` forces. A value that is not listed forces none.
+/// The protocol that a `ForceProtocolAdapter` forces. Any other value forces none.
 enum class ForceProtocolSettings : std::int32_t {
     Http = 0,
     Https = 1,

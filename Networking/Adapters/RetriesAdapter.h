@@ -11,7 +11,8 @@ namespace Ostrel::Networking {
 
 /// One attempt of a call.
 struct Retry {
-    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout` and has its meaning.
+    /// Time limit of the attempt, in microseconds. Replaces `Options::timeout`, with the same
+    /// meaning.
     std::int64_t timeout = 0;
     /// The client that performs the attempt, shared; if empty, the inner client of the adapter.
     std::shared_ptr<IHttpClient> client;
@@ -20,12 +21,12 @@ struct Retry {
 /// Repeats a call that ends as `ErrorCode::OperationTimedOut`; any other outcome ends the call. The
 /// plan has one entry for each attempt, the first included. The next attempt starts at once. The
 /// response of the last attempt is returned unchanged. Everything is repeated: a POST is sent
-/// again, and `Options::onData` and `Options::onProgress` start again, so a sink must cope with
+/// again, and `Options::onData` and `Options::onProgress` start again, so `onData` must cope with
 /// pieces of an attempt that failed.
 class QORNETWORKING_EXPORT RetriesAdapter final : public ClientAdapter {
 public:
-    /// Shares ownership of `client`, which may be empty if every entry names a client of its own.
-    /// Throws `std::runtime_error` if `retries` is empty.
+    /// Shares ownership of `client`, which may be empty if every entry has its own client. Throws
+    /// `std::runtime_error` if `retries` is empty.
     RetriesAdapter(std::shared_ptr<IHttpClient> const& client, std::vector<Retry> const& retries);
 
 private:

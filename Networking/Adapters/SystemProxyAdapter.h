@@ -8,8 +8,8 @@
 
 namespace Ostrel::Networking {
 
-/// Sends every request through the proxy that a provider names for its URL, in place of the proxy
-/// in the `Options`. If the provider names none, the call is passed on unchanged. The provider is
+/// Sends every request through the proxy that a provider returns for its URL, instead of the proxy
+/// in the `Options`. If the provider returns none, the call is passed on unchanged. The provider is
 /// asked for every call. Throws what the provider throws.
 class QORNETWORKING_EXPORT SystemProxyAdapter final : public ClientAdapter {
 public:
@@ -17,8 +17,8 @@ public:
     SystemProxyAdapter(std::shared_ptr<IHttpClient> const& client,
                        std::unique_ptr<IProxyProvider> provider);
 
-    /// Returns `options`, with its proxy replaced if the provider names one for `request`: by the
-    /// protocol of the request's URL, "://", host, ":" and port. None of them is checked.
+    /// Returns `options`. If the provider returns a proxy for `request`, `Options::proxy` is
+    /// replaced by the protocol of the request's URL, "://", host, ":" and port, unchecked.
     [[nodiscard]] Options addProxyUrlOption(Options options, Request const& request) const;
 
 private:

@@ -10,7 +10,7 @@ namespace Ostrel::Networking {
 
 /// A cookie and the URL that it belongs to.
 struct Cookie {
-    /// As the server wrote it. How it is sent is described at `Request::cookies`.
+    /// As the server sent it. `Request::cookies` describes how it is sent back.
     std::string name;
     /// Likewise.
     std::string value;
@@ -18,9 +18,8 @@ struct Cookie {
     Url url;
 };
 
-/// A store of cookies, shared by clients and threads. Which cookies belong to a URL, and which
-/// cookies count as the same, is for the implementation to decide; it must be safe to call from
-/// several threads.
+/// A store of cookies, shared by clients and threads. The implementation decides which cookies
+/// belong to a URL and which count as the same; it must be safe to call from several threads.
 class QORNETWORKING_EXPORT ICookieJar {
 public:
     virtual ~ICookieJar() = default;
@@ -33,7 +32,7 @@ public:
 
     /// Stores a copy of `cookie` in place of the stored cookie that is the same.
     virtual void insertCookie(Cookie const& cookie) = 0;
-    /// Stores `cookie` likewise, moving its contents.
+    /// Stores `cookie` in the same way, but moves its contents.
     virtual void insertCookie(Cookie&& cookie) = 0;
 };
 

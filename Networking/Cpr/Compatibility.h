@@ -9,9 +9,9 @@
 
 #include "Networking/Response.h"
 
-/// What differs between the releases of libcpr, 1.9 to 1.15. Features are detected by type, as the
-/// version macro of several releases is wrong. The functions are templates over a type of libcpr so
-/// that only the branch that fits is compiled.
+/// Differences between the releases of libcpr, 1.9 to 1.15. Features are detected by type, because
+/// the version macro of several releases is wrong. The functions are templates over a type of
+/// libcpr so that only the branch that fits is compiled.
 namespace Ostrel::Networking::Compatibility {
 
 /// `limit` in bytes per second, `time` in seconds. Release 1.12 made the time a duration.
@@ -49,8 +49,8 @@ inline ErrorCode errorCodeOfGrouped(std::int32_t outcome) {
     refuseOutcome();
 }
 
-/// Groups the codes like libcpr up to release 1.10. The switch has no default, so that the compiler
-/// reports enumerators that a new release adds.
+/// Groups the codes as libcpr did up to release 1.10. The switch has no default, so that the
+/// compiler reports enumerators that a new release adds.
 template <typename Outcome>
 ErrorCode errorCodeOfSingle(Outcome outcome) {
     switch (outcome) {

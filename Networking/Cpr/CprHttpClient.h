@@ -7,13 +7,13 @@
 
 namespace Ostrel::Networking {
 
-/// Performs requests over the network through libcpr, each in a session of its own. Uses only HTTP
-/// and HTTPS, redirects included; other protocols end as `ErrorCode::UnsupportedProtocol`. The
-/// proxy variables of the environment have no effect.
+/// Performs requests over the network through libcpr, each in its own session. Uses only HTTP and
+/// HTTPS, also for redirects; other protocols end as `ErrorCode::UnsupportedProtocol`. Proxy
+/// variables of the environment have no effect.
 ///
-/// A request that cannot be sent ends as `ErrorCode::NotPerformed`, without network traffic and
-/// without a call of a callback. That is a request whose URL is not valid, and one that HTTP cannot
-/// carry unchanged; `Error::message` then names the field and the reason:
+/// A request that cannot be sent ends as `ErrorCode::NotPerformed`, without network traffic or a
+/// callback. That is a request whose URL is not valid, or one that cannot be sent unchanged over
+/// HTTP, for which `Error::message` names the field and the reason:
 /// - NUL in the text of the URL, a header, a cookie value in double quotes, a part of a form or the
 ///   proxy;
 /// - a line break in a header, in such a cookie value, or in the name or media type of a part;

@@ -14,15 +14,15 @@ struct ResponseHead {
     std::string statusLine;
     /// The text after the status code; empty if there is none, as in HTTP/2.
     std::string reason;
-    /// Name to value, without white space around the value. If names are equal, the first value is
+    /// Name to value, without white space around the value. If a name repeats, the first value is
     /// kept. The lines of a folded value are joined by a space (RFC 9112, section 5.2).
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
 };
 
-/// Reads the head of the last response from `rawHeads`, which is what libcurl passes on of the
-/// heads and trailers of a whole transfer. Interim responses, earlier hops and trailers leave
-/// nothing behind. Takes one pass without recursion, apart from the ordering of the headers by
-/// name. Throws only if memory runs out.
+/// Reads the head of the last response from `rawHeads`, the heads and trailers of a whole transfer
+/// as libcurl delivers them. Ignores interim responses, earlier responses and trailers. Takes one
+/// pass without recursion, apart from the ordering of the headers by name. Throws only if memory
+/// runs out.
 [[nodiscard]] ResponseHead readResponseHead(std::string_view rawHeads);
 
 }  // namespace Ostrel::Networking

@@ -18,7 +18,7 @@ enum class ProxyType : std::int32_t {
 /// The proxy that serves a URL. `host` and `port` have a meaning only if `type` is not
 /// `ProxyType::None`.
 struct ProxyInfo {
-    /// `ProxyType::None` if the URL is served without a proxy.
+    /// `ProxyType::None` if there is no proxy for the URL.
     ProxyType type = ProxyType::None;
     /// In UTF-8, unchecked, possibly empty.
     std::string host;
@@ -26,7 +26,7 @@ struct ProxyInfo {
     std::int32_t port = 0;
 };
 
-/// Tells which proxy serves a URL. Implementations must be safe to call from several threads.
+/// Finds the proxy for a URL. Implementations must be safe to call from several threads.
 class QORNETWORKING_EXPORT IProxyProvider {
 public:
     virtual ~IProxyProvider() = default;

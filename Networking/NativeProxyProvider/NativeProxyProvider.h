@@ -8,11 +8,11 @@
 
 namespace Ostrel::Networking {
 
-/// Answers from the proxy settings of macOS, which are read for every call; on other systems there
-/// is no proxy. The settings have one entry each for URLs with the protocols "http", "https" and
-/// "socks", in lower case. An entry is used if its host, its port and its enable flag are present,
-/// even if the flag is 0; the host must be ASCII. Automatic configuration (PAC) and lists of
-/// exceptions are ignored. Safe to call from several threads.
+/// Finds proxies in the network settings of macOS, which are read for every call; on other systems
+/// there is no proxy. The settings have one entry each for URLs with the protocols "http", "https"
+/// and "socks", in lower case. An entry is used if its host, its port and its enable flag are
+/// present, even if the flag is 0; the host must be ASCII. Automatic configuration (PAC) and
+/// exception lists are ignored. Safe to call from several threads.
 class QORNETWORKING_EXPORT NativeProxyProvider final : public IProxyProvider {
 public:
     NativeProxyProvider();

@@ -5,7 +5,7 @@
 
 namespace Ostrel::Time {
 
-/// A clock that never goes back. Safe to call from several threads.
+/// A monotonic clock. Safe to call from several threads.
 class SteadyClock {
 public:
     /// Microseconds since an arbitrary start.
