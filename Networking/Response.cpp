@@ -14,7 +14,7 @@ std::time_t Response::getLastModified() const {
     if (header == headers.end()) {
         return 0;
     }
-    // Fields that the text does not set stay zero. So does the flag for daylight saving: then the
+    // Fields that the text does not set stay zero, including the flag for daylight saving, so the
     // offset from the true instant is the same all year, and no hour is skipped or ambiguous.
     std::tm time{};
     std::istringstream(header->second) >> std::get_time(&time, "%a, %d %b %Y %T %Z");

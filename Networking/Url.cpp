@@ -21,7 +21,7 @@ Url::Url(std::string const& url) {
     auto query = components->query;
     while (!query.empty()) {
         auto const [name, value] = takeQueryItem(query);
-        parameters_.emplace(name, value);  // A name that is present keeps its value.
+        parameters_.emplace(name, value);  // The first value is kept.
     }
 }
 

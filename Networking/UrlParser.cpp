@@ -27,7 +27,7 @@ std::size_t runEnd(std::string_view text, std::size_t from) {
     return skipWhile(text, from, [](char c) { return !isRunEnd(c); });
 }
 
-/// Takes the scheme and "://" off `rest`.
+/// Removes the protocol and "://" from `rest`.
 bool takeProtocol(std::string_view& rest, UrlComponents& url) {
     auto const end = skipWhile(rest, 0, isWord);
     if (end == 0 || rest.substr(end, 3) != "://") {
@@ -38,8 +38,8 @@ bool takeProtocol(std::string_view& rest, UrlComponents& url) {
     return true;
 }
 
-/// Takes the fragment off the end of `rest`. No other component may hold a "#", so the first one
-/// starts the fragment.
+/// Removes the anchor from the end of `rest`. No other component may contain "#", so the first one
+/// starts the anchor.
 bool takeAnchor(std::string_view& rest, UrlComponents& url) {
     auto const hash = rest.find('#');
     if (hash == std::string_view::npos) {
@@ -50,21 +50,20 @@ bool takeAnchor(std::string_view& rest, UrlComponents& url) {
     return url.anchor.find_first_of("#:/?") == std::string_view::npos;
 }
 
-/// What follows a user info: host, port, path and query. Each of the questions below is answered in
-/// constant time after one look at the text, so that trying every "@" stays linear.
+/// The text after a user info: host, port, path and query. Each question below is answered in
+/// constant time after one pass over the text, so that trying every "@" takes linear time.
 class Tail {
 public:
     explicit Tail(std::string_view text)
         : text_(text), queryStart_(findQueryStart(text)), questionMark_(text.find('?')) {}
 
-    /// Where the longest host that starts before `runEnd`, in the run of host characters that ends
-    /// there, can end such that the rest matches; `npos` if it can't.
+    /// Returns the end of the longest host in the run of host characters from `runStart` to
+    /// `runEnd` after which the rest matches; `npos` if there is none.
     [[nodiscard]] std::size_t hostEnd(std::size_t runStart, std::size_t runEnd) const {
         if (canFollowHost(runEnd)) {
             return runEnd;
         }
-        // A shorter host leaves an item of the query behind itself, the last one that starts in the
-        // run.
+        // A shorter host is followed by a query item, the last one that starts in the run.
         for (auto i = runEnd; i > std::max(runStart, queryStart_); --i) {
             if (isItemSeparator(text_[i - 1])) {
                 return i - 1;
@@ -73,7 +72,7 @@ public:
         return std::string_view::npos;
     }
 
-    /// Splits what follows a host that ends at `from`, one of the ends that `hostEnd` gives.
+    /// Splits what follows a host that ends at `from`, a result of `hostEnd`.
     void split(std::size_t from, UrlComponents& url) const {
         auto const afterPort = portEnd(from);
         auto const query = pathEnd(afterPort);
@@ -86,9 +85,9 @@ public:
     }
 
 private:
-    /// The earliest position from which well-formed items reach up to the end. Items start at
-    /// separators and hold none, so every separator behind that position starts well-formed items,
-    /// too, and none before it does.
+    /// The earliest position from which well-formed items reach up to the end. Items start with a
+    /// separator and contain no other, so every separator after that position also starts
+    /// well-formed items, and none before it does.
     static std::size_t findQueryStart(std::string_view text) {
         auto start = text.size();
         std::size_t equalSigns = 0;
@@ -115,7 +114,7 @@ private:
         return query == text_.size() || (isItemSeparator(text_[query]) && query >= queryStart_);
     }
 
-    /// Past ":" and digits, or `from` if there are none.
+    /// The position after ":" and digits; `from` if there are none.
     [[nodiscard]] std::size_t portEnd(std::size_t from) const {
         if (from == text_.size() || text_[from] != ':') {
             return from;
@@ -124,8 +123,8 @@ private:
         return end == from + 1 ? from : end;
     }
 
-    /// A path reaches up to the first "?". It need not give an item back to the query: if the items
-    /// fail from "?" on, they fail from any earlier separator.
+    /// A path reaches up to the first "?". A shorter path is no alternative: if the items from "?"
+    /// on do not match, those from an earlier separator do not match either.
     [[nodiscard]] std::size_t pathEnd(std::size_t from) const {
         if (from == text_.size() || text_[from] != '/') {
             return from;
@@ -140,7 +139,7 @@ private:
 
 constexpr bool isHost(std::string_view text) { return text.size() >= 2 && isWord(text.front()); }
 
-/// The last "@" at or behind `from` that a host follows which reaches up to `hostEnd`; `npos` if
+/// The last "@" at or after `from` that is followed by a host that ends at `hostEnd`; `npos` if
 /// there is none.
 std::size_t findAt(std::string_view text, std::size_t from, std::size_t hostEnd) {
     if (hostEnd != std::string_view::npos) {
@@ -167,9 +166,9 @@ std::optional<UrlComponents> parseUrl(std::string_view text) noexcept {
         return url;
     };
 
-    // The pattern prefers a user that is as long as possible, and an "@" that comes as late as
-    // possible. So the order is: an "@" in the password, which is the run behind the first ":",
-    // then an "@" in the first run, then no user info.
+    // The pattern prefers the longest user and the last "@". So the order is: an "@" in the
+    // password, which is the run after the first ":", then an "@" in the first run, then no user
+    // info.
     auto const firstEnd = runEnd(text, 0);
     if (firstEnd > 0 && text.substr(firstEnd, 1) == ":") {
         auto const password = firstEnd + 1;

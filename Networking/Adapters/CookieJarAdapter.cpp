@@ -8,7 +8,7 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// A name that is present keeps its value.
+/// If a name repeats, the first value is kept.
 void fillMapWithCookies(std::map<std::string, std::string>& target,
                         std::vector<Cookie> const& cookies) {
     for (auto const& cookie : cookies) {

@@ -6,7 +6,7 @@ namespace Ostrel::Networking {
 
 namespace {
 
-// `Url::setProtocol` takes a string by reference, so none has to be made for each call.
+// `Url::setProtocol` takes a string by reference: these need not be created for each call.
 std::string const HTTP = "http";
 std::string const HTTPS = "https";
 

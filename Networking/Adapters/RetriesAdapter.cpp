@@ -6,8 +6,8 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// Returns `client`, which the base class stores. Checks the plan first, so that nothing is stored
-/// if it is empty.
+/// Returns `client` for the base class to store. Checks the plan first, so that nothing is stored
+/// if the plan is empty.
 std::shared_ptr<IHttpClient> const& clientForPlan(std::shared_ptr<IHttpClient> const& client,
                                                   std::vector<Retry> const& retries) {
     if (retries.empty()) {

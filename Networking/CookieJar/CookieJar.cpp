@@ -29,7 +29,7 @@ public:
     template <typename AnyCookie>
     void insertCookie(AnyCookie&& cookie) {
         std::lock_guard const lock(mutex_);
-        // The id is made before the cookie is moved from.
+        // The id is built before the cookie is moved from.
         auto id = cookieId(cookie);
         cookies_.insert_or_assign(std::move(id), std::forward<AnyCookie>(cookie));
     }

@@ -19,7 +19,8 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// Throws `std::runtime_error` if libcurl refuses: rather no transfer than one without the option.
+/// Throws `std::runtime_error` if libcurl refuses: no transfer is better than one without the
+/// option.
 template <typename Value>
 void setCurlOption(CURL* handle, CURLoption option, Value value) {
     if (auto const code = curl_easy_setopt(handle, option, value); code != CURLE_OK) {
@@ -27,23 +28,23 @@ void setCurlOption(CURL* handle, CURLoption option, Value value) {
     }
 }
 
-/// Makes the transfer depend only on the arguments of the call. Whatever the environment says,
-/// there is no proxy unless the call sets one, and that proxy serves every host. Only HTTP and
-/// HTTPS are used, redirects included. The signal handlers of the process stay as they are. Calls
-/// libcurl itself, as libcpr has no options for this.
+/// Makes the transfer depend only on the arguments of the call. Whatever the environment contains,
+/// there is no proxy unless the call sets one, and that proxy is used for every host. Only HTTP and
+/// HTTPS are used, also for redirects. Signal handlers of the process are not changed. Calls
+/// libcurl directly, because libcpr has no options for this.
 void setupCurlHandle(cpr::Session& session) {
     auto* const handle = session.GetCurlHolder()->handle;
-    // With a null pointer libcurl would look into the environment. libcpr overwrites the proxy if
-    // it has one.
+    // With a null pointer, libcurl would read the environment. libcpr overwrites the proxy if it
+    // has one.
     setCurlOption(handle, CURLOPT_PROXY, "");
     setCurlOption(handle, CURLOPT_NOPROXY, "");
-    // What a proxy answers to CONNECT is not a response to the request.
+    // A proxy's response to CONNECT is not a response to the request.
     setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    // Otherwise libcurl replaces the handler of SIGPIPE during a transfer, which other threads see.
+    // Otherwise libcurl replaces the SIGPIPE handler during a transfer, which affects other
+    // threads.
     setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
-    // Deprecated, but known to every libcurl. The options that replace it are refused by a libcurl
-    // older than the headers that this is compiled with, which happens where the system's libcurl
-    // is loaded.
+    // Deprecated, but every libcurl supports them. A libcurl older than the headers used for
+    // compiling, for instance the system's, refuses the options that replace them.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
     for (auto const option : {CURLOPT_PROTOCOLS, CURLOPT_REDIR_PROTOCOLS}) {
@@ -86,7 +87,7 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     session->SetOption(cpr::Header(request.headers.begin(), request.headers.end()));
     session->SetOption(cookiesOf(request));
     if (request.cookies.empty()) {
-        // libcpr makes an empty text of an empty list, and libcurl a "Cookie" line of that text.
+        // For an empty list, libcpr sets an empty text, for which libcurl sends a "Cookie" line.
         setCurlOption(session->GetCurlHolder()->handle, CURLOPT_COOKIE, nullptr);
     }
     session->SetOption(cpr::Timeout(std::chrono::milliseconds(options.timeout / 1000)));
@@ -105,8 +106,9 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     return session;
 }
 
-/// Moves the fields of `response` into a `Response`. If names of cookies are equal, the first value
-/// is kept. The head is read from its raw text: libcpr's own fields mix the heads of a transfer.
+/// Moves the fields of `response` into a `Response`. If a cookie name repeats, the first value is
+/// kept. The head is read from its raw text, because libcpr's own fields mix the heads of a
+/// transfer.
 Response responsefromCprFormat(cpr::Response&& response) {
     auto head = readResponseHead(response.raw_header);
     Response result;
@@ -131,7 +133,7 @@ Response refused(std::string reason) {
 
 /// Runs one operation: checks the request, sets up a session, performs it, converts the result.
 /// `perform` adds the body and returns libcpr's response. That response keeps the connection open,
-/// so it is destroyed before the session is, and both are before this returns.
+/// so it is destroyed before the session, and both before this function returns.
 template <typename Perform>
 Response transfer(Request const& request, Options const& options, Perform perform,
                   std::string formRefusal = {}) {

@@ -14,7 +14,7 @@ constexpr std::string_view BLANKS = " \t";
 constexpr std::string_view DIGITS = "0123456789";
 constexpr auto NONE = std::string_view::npos;
 
-/// Takes the first line off `text`, without its "\n".
+/// Removes the first line of `text` and returns it without "\n".
 std::string_view takeLine(std::string_view& text) {
     auto const end = std::min(text.find('\n'), text.size());
     auto const line = text.substr(0, end);
@@ -27,7 +27,7 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(" \t\r") + 1);
 }
 
-/// The reason in a status line such as "HTTP/1.1 404 Not Found"; nothing if `line` is not one. Like
+/// The reason in a status line such as "HTTP/1.1 404 Not Found"; nothing for any other line. Like
 /// libcurl, accepts any letter case and more than one blank.
 std::optional<std::string_view> reasonOf(std::string_view line) {
     if (line.size() < 5 || strncasecmp(line.data(), "HTTP/", 5) != 0) {
@@ -42,8 +42,8 @@ std::optional<std::string_view> reasonOf(std::string_view line) {
     return trimmed(line.substr(std::min(codeEnd, line.size())));
 }
 
-/// Adds a header, unless its name is present. Returns its value, for folded lines to continue; null
-/// if they are to be dropped with the header.
+/// Adds a header, unless its name is present. Returns its value, to which folded lines are
+/// appended; null if they are dropped with the header.
 std::string* addHeader(std::string_view line, ResponseHead& head) {
     auto const colon = line.find(':');
     if (colon == NONE) {
@@ -69,8 +69,8 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
     std::string* foldable = nullptr;
     while (!rawHeads.empty()) {
         auto const line = takeLine(rawHeads);
-        // Trailers may look like a head. The status line behind them is known by what it lacks: a
-        // header has a colon.
+        // A trailer may look like a status line, but has a colon. So after trailers, only a line
+        // without a colon is a status line.
         auto const canBegin = !open || line.find(':') == NONE;
         auto const reason = canBegin ? reasonOf(line) : std::nullopt;
         if (reason) {
@@ -85,8 +85,8 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
             foldable = addHeader(line, *open);
         }
     }
-    // A head that no empty line ends was cut short, or consists of the trailers of a body in
-    // chunks.
+    // A head without an empty line at its end was cut short, or consists of the trailers of a
+    // chunked body.
     auto const isCutShort = open && complete.headers.count("Transfer-Encoding") == 0;
     return isCutShort ? *std::move(open) : complete;
 }

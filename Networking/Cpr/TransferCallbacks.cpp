@@ -8,7 +8,7 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// Downloads below this total, in bytes, end before a report is of use.
+/// In bytes. Downloads with a smaller total end before a report is useful.
 constexpr std::uint64_t MIN_REPORTED_TOTAL = 1024;
 
 }  // namespace
@@ -50,7 +50,7 @@ bool ProgressCallback::operator()(std::int64_t downloadTotal, std::int64_t downl
 void ProgressCallback::report(std::int64_t downloadTotal, std::int64_t downloadNow) {
     lastDownloaded_ = downloadNow;
     auto const now = Time::SteadyClock().Now();
-    // Not `lastReportTime_ + progressInterval < now`, which overflows for an interval without end.
+    // Not `lastReportTime_ + progressInterval < now`, which overflows for a very long interval.
     if (options_->progressInterval < now - lastReportTime_) {
         lastReportTime_ = now;
         options_->onProgress(downloadNow, downloadTotal);

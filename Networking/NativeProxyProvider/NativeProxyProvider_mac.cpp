@@ -24,7 +24,7 @@ namespace Ostrel::Networking {
 namespace {
 
 /// The entry of the settings for one protocol. Holds the addresses of its keys, which are constant;
-/// the keys themselves are known only once the frameworks are loaded.
+/// the keys are known only after the frameworks are loaded.
 struct Entry {
     std::string_view protocol;
     ProxyType type;
@@ -55,7 +55,8 @@ struct Release {
 };
 using Snapshot = std::unique_ptr<std::remove_pointer_t<CFDictionaryRef>, Release>;
 
-/// Returns nothing if the UTF-8 form is longer than the UTF-16 form, so unless `text` is ASCII.
+/// Returns nothing if the UTF-8 form is longer than the UTF-16 form, that is, unless `text` is
+/// ASCII.
 std::optional<std::string> utf8Of(CFStringRef text) {
     auto const size = CFStringGetLength(text) + 1;
     std::string utf8(static_cast<std::size_t>(size), '\0');
