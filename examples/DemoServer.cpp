@@ -15,7 +15,7 @@
 
 namespace {
 
-/// As in RFC 9110, section 5.6.7.
+/// The date format of RFC 9110, section 5.6.7.
 std::string httpDate(std::time_t time) {
     std::tm fields{};
     std::ostringstream text;
@@ -40,7 +40,7 @@ std::string linesOfForm(std::string const& body) {
 
 struct DemoServer::Impl {
     std::atomic<int> flakyRequests{0};
-    std::map<std::string, LocalServer::Handler> resources;  // by path
+    std::map<std::string, LocalServer::Handler> resources;  // By path.
     std::unique_ptr<LocalServer> server;
 
     void addResources();

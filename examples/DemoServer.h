@@ -4,7 +4,7 @@
 #include <string>
 
 /// An HTTP server inside this process, on a free port of 127.0.0.1, with the resources of the demo.
-/// Used as a proxy, it answers every request itself, with its port and the URL in the body.
+/// As a proxy, it answers every request itself, with its port and the URL in the body.
 class DemoServer {
 public:
     /// Size of the resource "/download", in bytes.

@@ -8,8 +8,8 @@ LocalServer::LocalServer(Handler handler, std::unique_ptr<httplib::Server> serve
     server_->Get(".*", [this](auto const& request, auto& response) { answer(request, response); });
     server_->Post(".*", [this](auto const& request, auto& response, auto const& read) {
         auto whole = request;
-        // cpp-httplib takes a form apart while it reads it, and keeps no body. Without its type,
-        // the form is a body like any other.
+        // cpp-httplib parses a form while it reads it, and keeps no body. Without its type, the
+        // form is an ordinary body.
         const_cast<httplib::Request&>(request).headers.erase("Content-Type");
         auto const append = [&whole](char const* data, std::size_t size) {
             whole.body.append(data, size);

@@ -22,18 +22,18 @@ public:
     explicit LocalServer(
         Handler handler = [](auto const&, auto&) {},
         std::unique_ptr<httplib::Server> server = std::make_unique<httplib::Server>());
-    /// Releases blocked handlers and ends the server.
+    /// Releases blocked handlers and stops the server.
     ~LocalServer();
     LocalServer(LocalServer const&) = delete;
     LocalServer& operator=(LocalServer const&) = delete;
 
     [[nodiscard]] int port() const { return port_; }
     [[nodiscard]] std::string url(std::string const& path = "/") const;
-    /// The requests so far, in the order of their arrival. `body` holds every body as it was sent,
-    /// that of a form included; the members for the parts of a form stay empty.
+    /// The requests so far, in the order of their arrival. `body` contains the body as sent, also
+    /// for a form; the members for the parts of a form stay empty.
     [[nodiscard]] std::vector<httplib::Request> requests() const;
 
-    /// Blocks a handler until `release` is called, the server ends, or `limit` has passed.
+    /// Blocks a handler until `release` is called, the server stops, or `limit` has passed.
     void stall(std::chrono::seconds limit = std::chrono::seconds(20));
     void release();
 

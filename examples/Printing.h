@@ -7,5 +7,5 @@
 /// The enumerator's name.
 std::string nameOf(Ostrel::Networking::ErrorCode code);
 
-/// The status, the outcome and the sizes of `response`, in one line.
+/// The status, the outcome and the sizes of `response`, on one line.
 std::string summaryOf(Ostrel::Networking::Response const& response);

@@ -12,7 +12,7 @@ public:
     ProgressBar(ProgressBar const&) = delete;
     ProgressBar& operator=(ProgressBar const&) = delete;
 
-    /// Both are in bytes.
+    /// Both arguments are in bytes.
     void show(std::int64_t downloaded, std::int64_t total);
 
 private:

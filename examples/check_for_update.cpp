@@ -1,4 +1,4 @@
-// Tells whether a resource is newer than a date in the format of the Last-Modified header.
+// Checks whether a resource is newer than a date in the format of the Last-Modified header.
 // Usage: check_for_update URL "Sun, 22 Nov 2026 10:00:00 GMT"
 
 #include <ctime>
@@ -13,7 +13,7 @@ namespace {
 
 // [snippet]
 // Reads a date as `getLastModified` does: the time zone of the process shifts both by the same
-// time, so it does not change how they compare.
+// time, so it does not affect the comparison.
 std::time_t timeOf(std::string const& lastModified) {
     Response response;
     response.error.code = ErrorCode::Ok;

@@ -1,5 +1,5 @@
-// Walks through the library against a server inside this process, or fetches the URL given as an
-// argument. Usage: demo [URL]
+// Demonstrates the library with a server inside this process, or fetches the given URL.
+// Usage: demo [URL]
 
 #include <cstdint>
 #include <cstdlib>
@@ -27,9 +27,9 @@ constexpr std::int64_t SECOND = 1000 * MILLISECOND;
 
 constexpr auto USAGE =
     "usage: demo [URL]\n"
-    "Without a URL, walks through the library against a server inside this process.\n"
+    "Without a URL, demonstrates the library with a server inside this process.\n"
     "With a URL, fetches it and prints the status line, the headers and the size of the body.\n"
-    "Exits with status 1 if something went wrong, an HTTP status of 400 or above included.\n";
+    "Exits with status 1 if something fails, including an HTTP status of 400 or above.\n";
 
 Options defaultOptions() {
     Options options;
@@ -47,7 +47,7 @@ public:
         check(asked, response, code, statusCode, true);
     }
 
-    /// The same, with a further condition.
+    /// Like `step`, with one more condition.
     void check(std::string const& asked, Response const& response, ErrorCode code, int statusCode,
                bool holds) {
         std::cout << ++count_ << ". " << asked << "\n   " << summaryOf(response) << '\n';
@@ -55,7 +55,7 @@ public:
             std::cout << "   | " << indented(response.body) << '\n';
         }
         if (response.error.code != code || response.statusCode != statusCode || !holds) {
-            std::cout << "   UNEXPECTED: should be status " << statusCode << ", outcome "
+            std::cout << "   UNEXPECTED: expected status " << statusCode << ", outcome "
                       << nameOf(code) << '\n';
             ++failures_;
         }
@@ -138,10 +138,10 @@ void showFailures(Walk& walk, IHttpClient& client, DemoServer const& server) {
     request.url = server.url("/silence");
     auto options = defaultOptions();
     options.timeout = 200 * MILLISECOND;
-    walk.step("GET of a resource that never answers, with a timeout of 200 ms",
+    walk.step("GET of a resource that never responds, with a timeout of 200 ms",
               client.get(request, options), ErrorCode::OperationTimedOut, 0);
 
-    request.url = DemoServer().url("/");  // This server has ended before the GET.
+    request.url = DemoServer().url("/");  // This server ends before the GET.
     walk.step("GET from a port that no server listens on", client.get(request, defaultOptions()),
               ErrorCode::ConnectionFailure, 0);
 
@@ -163,7 +163,7 @@ void showChain(Walk& walk, DemoServer const& server) {
     walk.step("POST that logs in", chain->post(request, "ada", defaultOptions()), ErrorCode::Ok,
               200);
     request.url = server.url("/profile");
-    walk.step("GET of the page again, with the cookie of the login",
+    walk.step("GET of the same page, with the cookie of the login",
               chain->get(request, defaultOptions()), ErrorCode::Ok, 200);
 
     std::string timeouts;
@@ -173,13 +173,13 @@ void showChain(Walk& walk, DemoServer const& server) {
     request.url = server.url("/flaky");
     auto const response = chain->get(request, defaultOptions());
     auto const age = std::time(nullptr) - response.getLastModified();
-    walk.check("GET that succeeds at the third attempt; timeouts in ms:" + timeouts, response,
+    walk.check("GET that succeeds on the third attempt; timeouts in ms:" + timeouts, response,
                ErrorCode::Ok, 200, age >= 3600 && age < 3700);
     std::cout << "   Last modified " << age << " seconds ago\n";
 }
 
-/// Takes the place of `NativeProxyProvider`, so that the walk does not depend on the settings of
-/// the machine: `server` is the proxy for `url`; other URLs have none.
+/// Replaces `NativeProxyProvider`, so that the demo does not depend on the settings of the machine:
+/// `server` is the proxy for `url`; other URLs have none.
 class DemoProxyProvider final : public IProxyProvider {
 public:
     DemoProxyProvider(std::string url, DemoServer const& server)
@@ -215,7 +215,7 @@ void showSystemProxy(Walk& walk) {
                    proxy == used.url("") && response.body.find(answered) != std::string::npos);
     };
     show(served, "the system's proxy", systemProxy);
-    show("http://other.test/", "the caller's proxy, as the system has none", callerProxy);
+    show("http://other.test/", "the caller's proxy, because the system has none", callerProxy);
 }
 
 int walkThrough() {
@@ -239,7 +239,7 @@ int fetch(std::string const& url) {
     auto const response = [&] {
         ProgressBar bar;
         auto options = defaultOptions();
-        // No limit on the duration, but 30 seconds below 1 byte per second end the transfer.
+        // No limit on the duration, but the transfer ends after 30 seconds below 1 byte per second.
         options.timeout = 0;
         options.lowSpeedLimit = 1;
         options.lowSpeedTime = 30;
@@ -260,7 +260,7 @@ int fetch(std::string const& url) {
     }
     std::cout << "\nBody: " << received << " bytes\n";
     if (response.statusCode >= 400) {
-        std::cerr << "demo: the server answered with an error: " << response.statusLine << '\n';
+        std::cerr << "demo: the server returned an error: " << response.statusLine << '\n';
         return EXIT_FAILURE;
     }
     return EXIT_SUCCESS;

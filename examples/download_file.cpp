@@ -1,4 +1,4 @@
-// Downloads a URL into a file, which appears when it is complete. Ctrl-C cancels the download.
+// Downloads a URL into a file that appears only when it is complete. Ctrl-C cancels the download.
 // Usage: download_file URL FILE
 
 #include <atomic>
@@ -22,7 +22,7 @@ bool download(Url const& url, std::filesystem::path const& target) {
     partial += ".part";
     std::ofstream file(partial, std::ios::binary);
     Options options;
-    // No limit on the duration, but 30 seconds below 1 byte per second end the transfer.
+    // No limit on the duration, but the transfer ends after 30 seconds below 1 byte per second.
     options.lowSpeedLimit = 1;
     options.lowSpeedTime = 30;
     options.progressInterval = 200'000;  // microseconds

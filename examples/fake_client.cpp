@@ -10,7 +10,7 @@ using namespace Ostrel::Networking;
 
 namespace {
 
-/// The function under test. It gets the client as an argument.
+/// The function under test. It takes the client as an argument.
 std::string newestVersion(IHttpClient& client) {
     Request request;
     request.url = Url("https://example.com/newest");

@@ -1,4 +1,4 @@
-// Fetches a URL over HTTPS, whatever its protocol is.
+// Fetches a URL over HTTPS, whatever its protocol.
 // Usage: forced_https URL
 
 #include <iostream>

@@ -32,8 +32,8 @@ private:
         return response;
     }
 
-    /// Leaves out what may be secret, the user info and the query. Ends at the first character that
-    /// could start a parameter or a new line, since `Url` admits them in a host and in a path.
+    /// Omits user info and query, which may be secret. Ends at the first character that could start
+    /// a parameter or a new line, because `Url` allows them in a host and in a path.
     static std::string loggable(Url url) {
         static std::string const plain =
             "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~:/%";

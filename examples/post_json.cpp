@@ -1,4 +1,4 @@
-// Posts a note as JSON and prints the server's answer.
+// Posts a note as JSON and prints the server's response.
 // Usage: post_json URL
 
 #include <iostream>

@@ -48,7 +48,7 @@ int main(int argc, char* argv[]) {
         direct, {{1 * SECOND, nullptr}, {3 * SECOND, nullptr}, {10 * SECOND, mirrored}});
     Request request;
     request.url = Url(argv[1]);
-    // Without `onData`, which would also get pieces of the attempts that failed.
+    // Without `onData`, which would also receive pieces of failed attempts.
     auto const response = client->get(request, {});
     // [/snippet]
     if (response.error.code != ErrorCode::Ok) {

@@ -1,4 +1,4 @@
-// Sends text that a user has typed as a query parameter.
+// Sends user input as a query parameter.
 // Usage: search URL TEXT
 
 #include <iostream>

@@ -31,7 +31,7 @@ public:
             jar_.insertCookie(cookie);
         }
         if (!host.empty()) {
-            throw std::runtime_error("incomplete file of cookies: " + file);
+            throw std::runtime_error("incomplete cookie file: " + file);
         }
     }
 
@@ -50,7 +50,8 @@ public:
     }
 
 private:
-    /// If the disk is full, say, the older file stays, and the cookies are kept in memory.
+    /// On failure, for instance if the disk is full, the old file and the cookies in memory are
+    /// kept.
     void save() {
         std::lock_guard const lock(mutex_);
         auto const partial = file_ + ".part";
@@ -62,7 +63,7 @@ private:
         }
         out.close();
         if (out && !error) {
-            std::filesystem::rename(partial, file_, error);  // Replaces the older file in one step.
+            std::filesystem::rename(partial, file_, error);  // Replaces the old file in one step.
         }
     }
 

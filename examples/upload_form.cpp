@@ -1,4 +1,4 @@
-// Sends a form with the text of a log file.
+// Sends a form that contains the text of a log file.
 // Usage: upload_form URL LOG_FILE
 
 #include <fstream>
