@@ -1,10 +1,10 @@
 #include "Networking/CookieJar/CookieJar.h"
 
 #include <atomic>
+#include <future>
 #include <map>
 #include <random>
 #include <string>
-#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -61,11 +61,11 @@ TEST(CookieJarTest, AgreesWithAMapThatIsSearchedWhole) {
 
 TEST(CookieJarTest, ServesSeveralThreads) {
     CookieJar jar;
-    std::atomic<std::size_t> started = 0;
-    std::vector<std::thread> threads(4);
-    for (auto& thread : threads) {
-        thread = std::thread([&, host = "host" + std::to_string(&thread - threads.data())] {
-            for (++started; started < threads.size();) {
+    std::atomic<int> started = 0;
+    std::vector<std::future<void>> threads;
+    for (std::string const host : {"host0", "host1", "host2", "host3"}) {
+        threads.push_back(std::async(std::launch::async, [&, host] {
+            for (++started; started < 4;) {
             }
             for (int i = 0; i < 5'000; ++i) {
                 jar.insertCookie({"own", "v", urlOf(host)});
@@ -73,11 +73,9 @@ TEST(CookieJarTest, ServesSeveralThreads) {
                 EXPECT_EQ(jar.cookiesForUrl(urlOf(host)).size(), 1U);
                 EXPECT_TRUE(jar.deleteCookie({"own", "", urlOf(host)}));
             }
-        });
+        }));
     }
-    for (auto& thread : threads) {
-        thread.join();
-    }
+    threads.clear();  // Waits for all.
     EXPECT_EQ(jar.cookiesForUrl(urlOf("")).size(), 1U);
 }
 
