@@ -61,13 +61,13 @@ using Platform::SystemSettings;
 
 namespace {
 
-// A key is told from the others by its address alone.
+// A key is identified by its address.
 constexpr CFStringObject KEYS[9] = {};
 
 constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-/// Empty if a surrogate is not one of a pair.
+/// Empty if a surrogate is not part of a pair.
 std::optional<std::string> utf8Of(std::u16string_view units) {
     std::string utf8;
     for (std::size_t i = 0; i < units.size(); ++i) {

@@ -2,16 +2,16 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
-/// What the proxy lookup calls of the macOS framework of this name, for other systems, under the
-/// framework's names and with its signatures.
+/// Replacement, on other systems, for the parts of the macOS framework of this name that the proxy
+/// lookup uses, with the framework's names and signatures.
 
 // NOLINTBEGIN(readability-identifier-naming): the names are the framework's.
 extern "C" {
 
 using SCDynamicStoreRef = struct SCDynamicStoreObject const*;
 
-/// A snapshot of the scripted `SystemSettings`, which the caller owns and gives back with
-/// `CFRelease`; null if they cannot be read. The store is not looked at.
+/// A snapshot of the scripted `SystemSettings`, which the caller owns and releases with
+/// `CFRelease`; null if they cannot be read. The store is ignored.
 CFDictionaryRef SCDynamicStoreCopyProxies(SCDynamicStoreRef store);
 
 extern CFStringRef const kSCPropNetProxiesHTTPEnable;
