@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Each of these registers the benchmarks of one subject. `server` is the address of a
+/// Each function registers the benchmarks of one subject. `server` is the address of a
 /// `LoopbackServer`.
 namespace Ostrel::Networking::Benchmarks {
 

@@ -32,7 +32,7 @@ struct FilledJar {
 
 Contestant lookingUp(std::size_t size) {
     auto const filled = std::make_shared<FilledJar>(size);
-    // Visits the hosts in leaps, so that the caches of the processor do not answer for a large jar.
+    // Visits the hosts in steps, so that a large jar is not read from the caches of the processor.
     auto const lookUp = [filled, leap = std::size_t{0}]() mutable {
         leap += 7919;
         auto const& url = filled->hosts[leap % filled->hosts.size()];

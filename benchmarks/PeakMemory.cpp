@@ -13,8 +13,7 @@ namespace {
 
 using namespace Ostrel::Networking::Benchmarks;
 
-/// The record of Linux goes first: there, `getrusage` also counts the process that started this
-/// one.
+/// Prefers the record of Linux, where `getrusage` also counts the process that started this one.
 long long peakMemory() {
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {

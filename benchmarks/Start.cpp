@@ -1,2 +1,2 @@
-// Does nothing, so that all of its time goes into loading and unloading what it is linked with.
+// Does nothing, so that all of its time is spent on loading and unloading its libraries.
 int main() {}

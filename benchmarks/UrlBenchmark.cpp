@@ -14,8 +14,8 @@ namespace Ostrel::Networking::Benchmarks {
 
 namespace {
 
-/// What a desktop application requests: update checks, downloads, web services, searches, a local
-/// server, and a few with user info.
+/// URLs of a desktop application: update checks, downloads, web services, searches, a local server,
+/// and a few with user info.
 std::vector<std::string> const MIX = {
     "https://example.com",
     "http://localhost:8080/",
@@ -49,7 +49,7 @@ std::vector<std::string> const MIX = {
     "http://proxy.example.com:3128",
 };
 
-/// Sets a text and gets all parts. libcurl allocates each of them, and does not split the query.
+/// Sets a text and reads all parts. libcurl allocates each of them and does not split the query.
 bool parseByCurl(std::string const& text) {
     auto* const url = curl_url();
     auto const isParsed =

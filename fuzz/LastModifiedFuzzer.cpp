@@ -1,4 +1,4 @@
-// Reads any text as a date: no exception, no fault, and the same answer each time.
+// Reads any text as a date: no exception, no error, and the same result each time.
 
 #include <cstddef>
 #include <cstdint>
@@ -12,8 +12,8 @@ using namespace Ostrel::Networking;
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     Response response;
     response.headers["last-modified"] = std::string(reinterpret_cast<char const*>(data), size);
-    require(response.getLastModified() == 0, "a transfer that was not made has no time");
+    require(response.getLastModified() == 0, "a transfer that was not performed has no time");
     response.error.code = ErrorCode::Ok;
-    require(response.getLastModified() == response.getLastModified(), "the answer is stable");
+    require(response.getLastModified() == response.getLastModified(), "the result is stable");
     return 0;
 }

@@ -1,4 +1,4 @@
-// Passes every file of the folder given as argument to the fuzz target that this is linked with.
+// Passes every file of the given folder to the fuzz target that it is linked with.
 
 #include <cstddef>
 #include <cstdint>

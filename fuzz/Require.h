@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the process, as a finding, if a property does not hold.
+/// Aborts, which is a finding, if a property does not hold.
 inline void require(bool holds, char const* property) {
     if (!holds) {
         std::fprintf(stderr, "does not hold: %s\n", property);

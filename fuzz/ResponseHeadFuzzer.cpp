@@ -34,14 +34,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         require(name.find(':') == std::string::npos && isTrimmed(value), "headers are split");
         length += name.size() + value.size() + 2;
     }
-    require(length <= size + 1, "nothing is made up");
+    require(length <= size + 1, "nothing is added");
 
     auto const complete = text + "\r\n\r\n";
     auto const next = readResponseHead(complete + "HTTP/1.1 204 Next\r\nA: b\r\n\r\n");
     require(areEqual(next, {"HTTP/1.1 204 Next", "Next", {{"A", "b"}}}),
-            "earlier heads leave nothing");
+            "earlier heads have no effect");
     auto const before = readResponseHead(complete);
     require(areEqual(before, readResponseHead(complete + "A: b\r\n c\r\nd")),
-            "trailers change nothing");
+            "trailers have no effect");
     return 0;
 }

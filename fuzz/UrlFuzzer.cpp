@@ -1,4 +1,4 @@
-// Url against the pattern on short texts, and against its own printing on all.
+// Compares `Url` with the pattern for short texts, and with its own printed form for all texts.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,13 +24,14 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Url const url(text);
     if (size <= MAX_REFERENCE_SIZE) {
         require(componentsOf(url) == componentsOf(referenceUrl(text)),
-                "the URL is what the pattern says");
+                "the URL matches the pattern");
     }
     auto const printed = url.toString();
-    require(printed.empty() != url.isValid(), "a valid URL prints, no other does");
+    require(printed.empty() != url.isValid(), "only a valid URL prints");
     if (url.isValid()) {
         Url const again(printed);
-        require(componentsOf(url) == componentsOf(again), "what is printed parses alike");
+        require(componentsOf(url) == componentsOf(again),
+                "the printed URL parses to the same parts");
         require(again.toString() == printed, "printing is stable");
     }
     return 0;

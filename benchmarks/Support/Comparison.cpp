@@ -25,7 +25,7 @@ void compare(benchmark::State& state, std::vector<Contestant> const& contestants
     for (std::size_t turn = 0; state.KeepRunning(); ++turn) {
         state.SetIterationTime(timeOf(1, [&] {
             for (std::size_t i = 0; i < contestants.size(); ++i) {
-                // Each turn starts with another contestant, so that none always follows the same.
+                // Each turn starts with another contestant, so that the order varies.
                 auto const next = (turn + i) % contestants.size();
                 figures[next].push_back(contestants[next].measure());
             }

@@ -21,7 +21,7 @@ constexpr int MAX_REDIRECTS = 5;
 
 void require(bool isComplete, std::string const& url) {
     if (!isComplete) {
-        throw std::runtime_error("No complete answer from " + url);
+        throw std::runtime_error("No complete response from " + url);
     }
 }
 

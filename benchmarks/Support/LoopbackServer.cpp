@@ -21,7 +21,7 @@ namespace Ostrel::Networking::Benchmarks {
 
 namespace {
 
-/// More than any benchmark has connections at a time.
+/// More than the simultaneous connections of any benchmark.
 constexpr int WORKERS = 16;
 
 int checked(int result) {
@@ -67,7 +67,7 @@ void serve(int listener) {
         for (std::string request; !(request = receiveRequest(socket)).empty();) {
             answer(connection, request, content);
         }
-        // The client has closed. A reset spares it the state TIME_WAIT, in which the thousands of
+        // The client has closed. A reset avoids the state TIME_WAIT, in which the thousands of
         // connections of a benchmark would use up the ports.
         linger const reset{1, 0};
         setsockopt(socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);

@@ -7,8 +7,8 @@
 namespace Ostrel::Networking::Benchmarks {
 
 /// An HTTP server on a free port of 127.0.0.1 that answers "GET /N" with a body of N bytes. It runs
-/// in a process of its own, so that its memory and its locks do not count. That process ends with
-/// this object, or with the process that created it. Must be created before that process starts
+/// in a separate process, so that its memory and its locks are not measured. That process ends with
+/// this object or with the process that created it. Must be created before that process starts
 /// threads. Throws `std::system_error` if the server cannot be started.
 class LoopbackServer {
 public:
