@@ -1,5 +1,5 @@
-# Finds cpp-httplib, which the server of the tests and the examples is built on, as httplib::httplib. Homebrew has a CMake
-# package of it, Debian a file for pkg-config.
+# Finds cpp-httplib, used by the server of the tests and examples, as httplib::httplib. Homebrew has a CMake package of it,
+# Debian a pkg-config file.
 find_package(httplib CONFIG QUIET)
 if(NOT TARGET httplib::httplib)
     find_package(PkgConfig REQUIRED)

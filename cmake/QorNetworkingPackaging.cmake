@@ -1,4 +1,4 @@
-# Packages of the installed library: cpack in the build directory makes a .tar.gz and, where dpkg is at hand, a .deb.
+# Packages of the installed library: cpack in the build directory makes a .tar.gz and, if dpkg is installed, a .deb.
 set(CPACK_PACKAGE_NAME qornetworking)
 set(CPACK_PACKAGE_VENDOR "The QorNetworking authors")
 set(CPACK_PACKAGE_CONTACT "The QorNetworking authors <maintainers@qornetworking.invalid>")

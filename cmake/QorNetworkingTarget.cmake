@@ -1,5 +1,5 @@
-# What every target of this project has in common: the language, the include root and the warnings.
-# Warnings become errors through CMAKE_COMPILE_WARNING_AS_ERROR, which only the presets for development set.
+# Settings of every target of this project: the language, the include root and the warnings. Warnings become errors through
+# CMAKE_COMPILE_WARNING_AS_ERROR, which only the presets for development set.
 function(qornetworking_defaults target)
     target_compile_features(${target} PUBLIC cxx_std_17)
     set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)

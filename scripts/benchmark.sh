@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the benchmarks in release mode, runs them, and prints the table of ratios.
-#   --quick        few repetitions: shows that everything runs, the ratios are rough
-#   --update-docs  also writes the table and the picture into docs/
-# The figures stay in build/benchmark/benchmarks.json.
+#   --quick        few repetitions: checks that everything runs; the ratios are rough
+#   --update-docs  also writes the table and the chart into docs/
+# The figures are stored in build/benchmark/benchmarks.json.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 

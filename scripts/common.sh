@@ -4,7 +4,7 @@ set -euo pipefail
 SCRIPT=$(basename "$0" .sh)
 PROCESSORS=$(getconf _NPROCESSORS_ONLN)
 
-# Homebrew keeps glog where CMake does not look.
+# Homebrew installs glog where CMake does not look.
 if command -v brew >/dev/null; then
     export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:+$CMAKE_PREFIX_PATH:}$(brew --prefix):$(brew --prefix glog)"
 fi
@@ -18,7 +18,7 @@ fail() {
     exit 1
 }
 
-# Runs a command without its output, but for the last lines if it fails.
+# Runs a command without its output. If it fails, prints the last lines.
 quietly() {
     local output status=0
     output=$("$@" 2>&1) || status=$?
@@ -26,7 +26,7 @@ quietly() {
     return "$status"
 }
 
-# Runs a command and shows its progress on a terminal. Elsewhere only its last lines are shown, if it fails.
+# Runs a command and shows its progress on a terminal. Elsewhere, shows only its last lines, if it fails.
 with_progress() {
     if [ -t 2 ]; then
         "$@" >&2
@@ -35,7 +35,7 @@ with_progress() {
     fi
 }
 
-# Configures and builds a preset. Further arguments go to the build.
+# Configures and builds a preset. Further arguments are passed on to the build.
 build() {
     local preset=$1
     shift
@@ -44,7 +44,7 @@ build() {
     with_progress cmake --build --preset "$preset" "$@" || fail "the build failed"
 }
 
-# The address of the Debian mirror that this machine uses. The package lists must have been read once.
+# The address of the Debian mirror that this machine uses. The package lists must have been downloaded.
 debian_mirror() {
     apt-get indextargets --format '$(ORIGIN)|$(REPO_URI)' 'Created-By: Packages' |
         sed -n '/[Ss]ecurity/d; s/^Debian|//p' | head -n 1

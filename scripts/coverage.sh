@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing, runs the tests on a build that counts lines, and prints which lines of Networking/ they reach. Fails
+# Installs what is missing, runs the tests on a build that counts lines, and prints the line coverage of Networking/. Fails
 # below 95 %.
 cd "$(dirname "$0")/.."
 . scripts/common.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the library and runs the demo: without an argument a walk through the library against a
-# server on 127.0.0.1, with a URL as argument a GET of that URL.
+# Installs what is missing, builds the library and runs the demo. Without an argument, it demonstrates the library with a server
+# on 127.0.0.1; with a URL, it fetches that URL.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 

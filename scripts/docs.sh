@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what is missing and makes the reference of the public headers in build/docs/html. Warnings are errors.
+# Installs what is missing and writes the reference of the public headers to build/docs/html. Warnings are errors.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds the fuzz targets with clang and runs each for the given number of seconds (30 if none is
-# given). New inputs stay below build/; a finding ends the run and leaves its input there.
+# Installs what is missing, builds the fuzz targets with clang and runs each for the given number of seconds (default 30). New
+# inputs are stored below build/; a finding ends the run and stores its input there.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 

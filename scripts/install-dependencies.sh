@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building, testing and checking the library needs on Debian 12 and newer, and the packages given as arguments.
-# Does nothing where everything is present. Works as root or through sudo. Without apt-get it only looks.
+# Does nothing if everything is present. Works as root or through sudo. Without apt-get, it only checks.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
@@ -11,7 +11,7 @@ PACKAGES=(
     ca-certificates openssl tinyproxy-bin
 )
 HOMEBREW_FORMULAE="cmake ninja ccache pkgconf cpr glog googletest google-benchmark cpp-httplib"
-# Suites of the distribution that carry libcpr's source package, the first that has it is taken.
+# Suites of the distribution to search for libcpr's source package; the first match is used.
 CPR_SUITES=(forky sid)
 CPR_BUILD_PACKAGES=(dpkg-dev debhelper fakeroot)
 
@@ -31,7 +31,7 @@ look_only() {
     for tool in cmake ninja "$@"; do
         command -v "$tool" >/dev/null || missing="$missing $tool"
     done
-    [ -z "$missing" ] || fail "missing:$missing. There is no apt-get here. With Homebrew: brew install $HOMEBREW_FORMULAE $*"
+    [ -z "$missing" ] || fail "missing:$missing. apt-get was not found. With Homebrew: brew install $HOMEBREW_FORMULAE $*"
 }
 
 is_installed() {
@@ -65,7 +65,7 @@ install_packages() {
         fail "could not install: $*"
 }
 
-# Runs apt-get on the lists of one newer suite, kept in a directory of their own: the machine's sources stay as they are.
+# Runs apt-get on the lists of one newer suite, stored in a separate directory: the machine's sources are not changed.
 apt_get_in() {
     local state=$1
     shift
@@ -74,7 +74,7 @@ apt_get_in() {
         -o "APT::Sandbox::User=$(id -un)" -o Debug::NoLocking=1 -qq "$@"
 }
 
-# Leaves the unpacked source package of libcpr in $work/build.
+# Unpacks the source package of libcpr into $work/build.
 fetch_cpr() {
     local work=$1 mirror suite
     mirror=$(debian_mirror)

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Makes a bare Debian system of the given suite, puts the commit that is checked out into it, and runs the two commands of the
+# Creates a bare Debian system of the given suite, copies the checked-out commit into it, and runs the two commands of the
 # README there, or the given command:
 #   scripts/on-debian.sh [--user] SUITE [COMMAND [ARGUMENT...]]
-# They run as root, with --user as an ordinary user who has sudo. The system is deleted at the end. It lives in mount and process
-# namespaces of its own, so that nothing stays mounted or running even after an interruption. Works as root only.
+# They run as root, or with --user as an ordinary user who has sudo. The system is deleted at the end. It uses separate mount
+# and process namespaces, so that nothing stays mounted or running even after an interruption. Works as root only.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 umask 022
@@ -26,9 +26,9 @@ shift
 
 make_system() {
     local script=/usr/share/debootstrap/scripts/$SUITE
-    # Debian's suites differ little. A suite that debootstrap does not know yet is made like the newest one.
+    # Debian's suites differ little. A suite that debootstrap does not know yet is created like the newest one.
     [ -e "$script" ] || script=/usr/share/debootstrap/scripts/sid
-    say "making a bare Debian $SUITE, about half a minute"
+    say "creating a bare Debian $SUITE, about half a minute"
     eval "$(apt-config shell http_proxy Acquire::http::Proxy)"
     export http_proxy=${http_proxy:-}
     quietly debootstrap --variant=minbase --force-check-gpg "$SUITE" "$ROOT" "$(debian_mirror)" "$script" ||
@@ -39,7 +39,7 @@ make_system() {
     mount -t proc proc "$ROOT/proc"
 }
 
-# Hands on the settings with which this machine reaches the mirror.
+# Copies the settings with which this machine reaches the mirror.
 copy_network_settings() {
     cp /etc/hosts "$ROOT/etc/hosts"
     apt-config dump | grep -E '^Acquire::(Check-|https?::)' >"$ROOT/etc/apt/apt.conf.d/90machine" || true
@@ -63,7 +63,7 @@ copy_tree() {
     chroot "$ROOT" chown -R "$TESTER:" "$tree"
 }
 
-# Makes the new system's root the root of this process, and leaves the machine's own files behind.
+# Makes the new system's root the root of this process and unmounts the machine's own files.
 enter_system() {
     mkdir "$ROOT/machine"
     cd "$ROOT"
@@ -89,11 +89,11 @@ fi
 
 clean_up() {
     trap '' HUP INT TERM
-    # The end of the process that made the namespaces ends all that run in them.
+    # When the process that created the namespaces ends, so do all processes in them.
     {
         kill -KILL $(jobs -p) && wait || true
     } 2>/dev/null
-    # Until they have ended they may still write.
+    # Until they have ended, they may still write files.
     local deadline=$((SECONDS + 60))
     until rm -rf "${WORK:-}" 2>/dev/null; do
         [ "$SECONDS" -lt "$deadline" ] || fail "could not delete $WORK"

@@ -7,5 +7,5 @@ cd "$(dirname "$0")/.."
 scripts/install-dependencies.sh
 build release
 ctest --preset release -j "$PROCESSORS" "$@"
-# ctest itself does not say why.
+# ctest itself does not report the reason.
 grep -h 'SKIPPED:' build/release/Testing/Temporary/LastTest.log || true

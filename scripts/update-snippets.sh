@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 
 PAGE=docs/cookbook.md
 
-# The regions of an example, an empty line between them, each without the indentation of its first marker.
+# Prints the regions of an example, separated by empty lines, without the indentation of their first markers.
 snippet_of() {
     awk '
         /^ *\/\/ \[snippet\]$/ { if (count++) print ""; indent = match($0, /\//) - 1; inside = 1; next }
@@ -16,7 +16,7 @@ snippet_of() {
     ' "examples/$1.cpp"
 }
 
-# The page with every snippet as it is now; what stood in the block of code below its marker goes.
+# Prints the page with all blocks of code below markers replaced by the current snippets.
 updated_page() {
     local line marker='^<!-- snippet: ([a-z_]+) -->$'
     while IFS= read -r line; do
@@ -25,9 +25,9 @@ updated_page() {
         printf '```cpp\n'
         snippet_of "${BASH_REMATCH[1]}" || return 1
         printf '```\n'
-        IFS= read -r line && [[ $line == '```cpp' ]] || fail "no block of code below: ${BASH_REMATCH[0]}"
+        IFS= read -r line && [[ $line == '```cpp' ]] || fail "no code block below: ${BASH_REMATCH[0]}"
         until [[ $line == '```' ]]; do
-            IFS= read -r line || fail "no end of the block of code below: ${BASH_REMATCH[0]}"
+            IFS= read -r line || fail "no end of the code block below: ${BASH_REMATCH[0]}"
         done
     done <"$PAGE"
 }
