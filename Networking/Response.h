@@ -26,7 +26,7 @@ enum class ErrorCode : std::int32_t {
     SslLocalCertificateError = 11,   ///< Problem with the local client certificate.
     SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
     GenericSslError = 13,            ///< Any other TLS failure.
-    UnsupportedProtocol = 14,        ///< The scheme is not supported, or the response is not HTTP.
+    UnsupportedProtocol = 14,        ///< Unsupported protocol, or the response is not HTTP.
     RequestCancelled = 15,           ///< Ended by `isCancelled`, or the body was not delivered.
     TooManyRedirects = 16,           ///< More redirects than allowed.
     UnknownError = 1000,             ///< Any other failure of the transport.

@@ -55,8 +55,8 @@ struct Options {
     std::int32_t maxRedirects = 0;
     /// Minimum time between two calls of `onProgress`, in microseconds.
     std::int64_t progressInterval = 0;
-    /// URL of a proxy, with scheme, host and port; only host and port are used. Empty for no proxy.
-    /// If the port is missing or the text is not a URL, the call ends as
+    /// URL of a proxy, with protocol, host and port; only host and port are used. Empty for no
+    /// proxy. If the port is missing or the text is not a URL, the call ends as
     /// `ErrorCode::ProxyResolutionFailure`.
     std::string proxy;
     /// Polled before each call of `onData` and at each progress event of the transport, at least

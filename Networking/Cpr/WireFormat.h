@@ -11,8 +11,8 @@
 namespace Ostrel::Networking {
 
 /// The URL in the form that libcpr expects: without the query, which libcpr appends from
-/// `cpr::Parameters`, and without the fragment, which is never sent: a query appended to it would
-/// become part of it.
+/// `cpr::Parameters`, and without the fragment, which is never sent. A query appended to a fragment
+/// would become part of it.
 [[nodiscard]] Url urlForSession(Url url);
 
 /// Returns why a request cannot be sent unchanged, with the name of the field; empty if it can.
