@@ -50,8 +50,7 @@ public:
     }
 
 private:
-    /// On failure, for instance if the disk is full, the old file and the cookies in memory are
-    /// kept.
+    /// On failure, for instance on a full disk, the old file and the cookies in memory are kept.
     void save() {
         std::lock_guard const lock(mutex_);
         auto const partial = file_ + ".part";
