@@ -19,7 +19,7 @@
 namespace Ostrel::Networking {
 
 /// Wraps `client` so that it remembers cookies in `jar`. Shares ownership of `jar`; if `jar` is
-/// empty, the adapter creates its own.
+/// empty, the adapter gets a new one.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addCookieJarAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::shared_ptr<ICookieJar> const& jar);
 
