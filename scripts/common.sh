@@ -1,4 +1,4 @@
-# What the other scripts share. They read this file, from the root of the tree.
+# Sourced by the other scripts, in the root of the tree: variables and functions that several of them use.
 set -euo pipefail
 
 SCRIPT=$(basename "$0" .sh)

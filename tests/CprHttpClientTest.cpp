@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <future>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -93,9 +94,7 @@ TEST(CprHttpClientTest, PostsBytesAndForms) {
                           {"z", "v\r\n--\r\n", ""}}};
 
     EXPECT_EQ(client.post(request, form, patient()).statusCode, 200);
-    auto const start = requests.back().find("boundary=") + 9;
-    auto const boundary =
-        "--" + requests.back().substr(start, requests.back().find("\r\n", start) - start);
+    auto const boundary = sentBody().substr(0, sentBody().find("\r\n"));
     std::string expected;
     for (auto const& [name, value, contentType] : form.parts) {
         expected += boundary + "\r\nContent-Disposition: form-data; name=\"" + name + "\"\r\n" +
@@ -252,7 +251,6 @@ TEST(CprHttpClientTest, ReportsFailuresOfTheTransportAsValues) {
     for (auto const& [url, code] : rows) {
         auto const response = get(url);
         EXPECT_EQ(response.error.code, code) << url;
-        EXPECT_EQ(response.statusCode, 0);
         EXPECT_TRUE(code != ErrorCode::ConnectionFailure || !response.error.message.empty());
     }
 }
@@ -287,18 +285,16 @@ TEST(EnvironmentTest, KeepsItsSignalHandlers) {
     // handlers.
     RawServer server(answering(EMPTY_OK));
     auto* const own = +[](int) {};
-    auto* const former = std::signal(SIGPIPE, own);
-    auto options = following();
-    int polls = 0;
+    std::signal(SIGPIPE, own);
+    auto options = patient();
     options.isCancelled = [&] {
         struct sigaction current {};
         sigaction(SIGPIPE, nullptr, &current);
         EXPECT_EQ(current.sa_handler, own);
-        return ++polls, false;
+        return true;
     };
-    EXPECT_EQ(get(server.url(), options).statusCode, 200);
-    EXPECT_GT(polls, 0);
-    std::signal(SIGPIPE, former);
+    EXPECT_EQ(get(server.url(), options).error.code, ErrorCode::RequestCancelled);
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 TEST(ProtocolTest, IsHttpFromTheFirstRequestToTheLastRedirect) {
@@ -367,7 +363,14 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     EXPECT_EQ(server.connections(), 0);
 }
 
-TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
+/// The lowest descriptor that is free.
+int freeDescriptor() {
+    auto const descriptor = open("/dev/null", O_RDONLY);
+    close(descriptor);
+    return descriptor;
+}
+
+TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind) {
     constexpr auto EMPTY = ErrorCode::EmptyResponse;
     constexpr auto BROKEN = ErrorCode::InternalError;
     constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
@@ -393,17 +396,20 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeout) {
              {"reset in the upload", hangUp, {ErrorCode::NetworkSendFailure, RECEIVE, EMPTY}},
          }) {
         SCOPED_TRACE(name);
-        RawServer server(handler);
+        auto const before = freeDescriptor();
+        std::optional<RawServer> server(std::in_place, handler);
         auto options = following();
         if (outcomes.back() == LATE) {
             options.timeout = 100'000;
         }
-        auto const request = requestFor(scheme + "://" + server.authority() + "/");
+        auto const request = requestFor(scheme + "://" + server->authority() + "/");
         std::string const sent(name == "reset in the upload" ? 8 << 20 : 0, 'x');
 
         auto const response = CprHttpClient().post(request, sent, options);
 
         EXPECT_THAT(outcomes, ::testing::Contains(response.error.code)) << response.error.message;
+        server.reset();
+        EXPECT_EQ(freeDescriptor(), before);
     }
 }
 
@@ -413,22 +419,6 @@ TEST(HostileServerTest, CannotTakeBackWhatItSentBeforeAFailure) {
     EXPECT_EQ(response.error.code, ErrorCode::InternalError);
     EXPECT_EQ(response.statusCode, 200);
     EXPECT_EQ(response.headers.at("X") + response.body, "1body");
-}
-
-TEST(HostileServerTest, LeavesNoDescriptorsBehind) {
-    RawServer answer(answering(EMPTY_OK));
-    RawServer reset(hangUp);
-    auto const lowest = [] {
-        auto const descriptor = open("/dev/null", O_RDONLY);
-        close(descriptor);
-        return descriptor;
-    };
-    auto const before = lowest();
-    for (int round = 0; round < 20; ++round) {
-        (void)get(answer.url());
-        (void)get(reset.url());
-    }
-    EXPECT_LT(lowest(), before + 10);  // The servers may be closing their sides still.
 }
 
 }  // namespace
