@@ -45,8 +45,8 @@ struct Options {
     /// In seconds.
     std::int32_t lowSpeedTime = 0;
     /// Time limit of the whole transfer, in microseconds; passed on in milliseconds, truncated
-    /// toward zero. Below 1000, there is no limit except the transport's own limit of 300 seconds
-    /// for connecting.
+    /// toward zero. Below 1000, the whole transfer has no limit, but connecting has the transport's
+    /// own limit of 300 seconds.
     std::int64_t timeout = 0;
     /// Whether redirects are followed. A POST stays a POST.
     bool followRedirects = false;

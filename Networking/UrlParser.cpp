@@ -50,8 +50,8 @@ bool takeAnchor(std::string_view& rest, UrlComponents& url) {
     return url.anchor.find_first_of("#:/?") == std::string_view::npos;
 }
 
-/// The text after a user info: host, port, path and query. Each question below is answered in
-/// constant time after one pass over the text, so that trying every "@" takes linear time.
+/// The text after a user info: host, port, path and query. What does not depend on where the host
+/// starts is found in one pass over the text, so that trying every "@" takes linear time.
 class Tail {
 public:
     explicit Tail(std::string_view text)
