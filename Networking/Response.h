@@ -12,9 +12,9 @@ namespace Ostrel::Networking {
 
 /// How a transfer ended. A response with an HTTP error status is a completed transfer: `Ok`.
 enum class ErrorCode : std::int32_t {
-    Ok = 0,                          ///< Completed; see `Response::statusCode`.
+    Ok = 0,                          ///< Completed, or cut off without a length to tell it by.
     ConnectionFailure = 1,           ///< No connection could be made.
-    EmptyResponse = 2,               ///< The server sent nothing.
+    EmptyResponse = 2,               ///< The server sent no response.
     HostResolutionFailure = 3,       ///< The host name could not be resolved.
     InternalError = 4,               ///< Failure in the transport, or a malformed response.
     InvalidUrlFormat = 5,            ///< The transport rejected the URL.
@@ -48,15 +48,16 @@ struct Response {
     /// a server that cannot be reached, it is the status of the redirect; the same applies to
     /// `headers`, `statusLine` and `reason`.
     std::int32_t statusCode = 0;
-    /// Empty if `Options::onData` received it.
+    /// Decompressed. Empty if `Options::onData` received it.
     std::string body;
     /// Headers of the last response received, name to value. If a name repeats, the first value is
     /// kept. Trailers are not included.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
-    /// Cookies that servers set during the call, name to value; domain, path, expiry and flags are
-    /// not kept. If a cookie is set again, the last value is kept. If cookies with the same name
-    /// differ in host or path, the first in the transport's cookie store is listed. A cookie that a
-    /// server deletes, with "Max-Age=0" for example, may still be listed.
+    /// Cookies that servers set during the call and the transport accepted, name to value; domain,
+    /// path, expiry and flags are not kept. If a cookie is set again, the last value is kept. If
+    /// cookies with the same name differ in host or path, the first in the transport's cookie store
+    /// is listed. A cookie that a server deletes, with "Max-Age=0" for example, may still be
+    /// listed.
     std::map<std::string, std::string> cookies;
     /// How the transfer ended.
     Error error;

@@ -29,18 +29,20 @@ struct Request {
     /// empty value is sent as its name alone, without "=".
     Url url;
     /// Name to value. A header with an empty value is sent without a value. A header "Cookie"
-    /// replaces all of `cookies`.
+    /// replaces all of `cookies`. Headers are also sent to the targets of redirects, except
+    /// "Authorization" and "Cookie" on another host.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
-    /// Name to value. Sent to every host, including the targets of redirects. Names and values are
-    /// percent-encoded, except a value in double quotes.
+    /// Name to value. Sent to the host of the URL and, before libcurl 8.21, to every target of a
+    /// redirect. Names and values are percent-encoded, except a value in double quotes. Cookies
+    /// that a redirect sets are sent along where they belong.
     std::map<std::string, std::string> cookies;
 };
 
 /// Limits, proxy and callbacks of one call. The caller owns it; it must outlive the call and not
 /// change during it. The callbacks run on the thread that made the call and must not throw.
 struct Options {
-    /// In bytes per second. A transfer that is slower than this for `lowSpeedTime` ends as
-    /// `ErrorCode::OperationTimedOut`. Has no effect unless both are above 0.
+    /// In bytes per second. Once connected, a transfer that is slower than this for `lowSpeedTime`
+    /// ends as `ErrorCode::OperationTimedOut`. Has no effect unless both are above 0.
     std::int32_t lowSpeedLimit = 0;
     /// In seconds.
     std::int32_t lowSpeedTime = 0;
@@ -48,7 +50,8 @@ struct Options {
     /// toward zero. Below 1000, the whole transfer has no limit, but connecting has the transport's
     /// own limit of 300 seconds.
     std::int64_t timeout = 0;
-    /// Whether redirects are followed. A POST stays a POST.
+    /// Whether redirects are followed. A POST stays a POST, and its body is sent again, even to
+    /// another host.
     bool followRedirects = false;
     /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`. -1
     /// means no limit; below -1, libcpr's limit of 50 applies.
@@ -60,16 +63,17 @@ struct Options {
     /// `ErrorCode::ProxyResolutionFailure`.
     std::string proxy;
     /// Polled before each call of `onData` and at each progress event of the transport, at least
-    /// about once a second. Returning true ends the transfer as `ErrorCode::RequestCancelled`. May
-    /// be empty.
+    /// about once a second; from libcurl 8.20 on only once connected, so limit the time before that
+    /// with `timeout`. Returning true ends the transfer as `ErrorCode::RequestCancelled`. May be
+    /// empty.
     std::function<bool()> isCancelled;
     /// Reports the progress of the download in bytes as transferred, before decompression. Called
     /// at most once per `progressInterval`, only if the announced total is at least 1024, and only
     /// when the count has changed. On a fast link, more than a megabyte may arrive between two
-    /// progress events of the transport. May be empty.
+    /// progress events of the transport. Bodies of redirects are reported as well. May be empty.
     std::function<void(std::int64_t downloaded, std::int64_t total)> onProgress;
-    /// If set, receives each piece of the response body as it arrives, and `Response::body` stays
-    /// empty. May be empty.
+    /// If set, receives each piece of the response body as it arrives, decompressed, and
+    /// `Response::body` stays empty. May be empty.
     std::function<void(std::string chunk)> onData;
 };
 

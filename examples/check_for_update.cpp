@@ -36,7 +36,7 @@ int main(int argc, char* argv[]) {
     Options options;
     options.timeout = 10'000'000;  // microseconds
     auto const response = createHttpClient(HttpClientType::Cpr)->head(request, options);
-    if (response.statusCode != 200 || response.getLastModified() == 0) {
+    if (response.statusCode != 200 || response.getLastModified() <= 0) {
         std::cerr << "cannot tell whether there is a newer version\n";
         return 1;
     }

@@ -239,7 +239,7 @@ int fetch(std::string const& url) {
     auto const response = [&] {
         ProgressBar bar;
         auto options = defaultOptions();
-        // No limit on the duration, but the transfer ends after 30 seconds below 1 byte per second.
+        // No limit on the duration, but once connected, 30 seconds below 1 byte/s end the call.
         options.timeout = 0;
         options.lowSpeedLimit = 1;
         options.lowSpeedTime = 30;

@@ -22,7 +22,7 @@ bool download(Url const& url, std::filesystem::path const& target) {
     partial += ".part";
     std::ofstream file(partial, std::ios::binary);
     Options options;
-    // No limit on the duration, but the transfer ends after 30 seconds below 1 byte per second.
+    // No limit on the duration, but once connected, 30 seconds below 1 byte/s end the call.
     options.lowSpeedLimit = 1;
     options.lowSpeedTime = 30;
     options.progressInterval = 200'000;  // microseconds

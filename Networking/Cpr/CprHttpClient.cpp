@@ -40,6 +40,8 @@ void setupCurlHandle(cpr::Session& session) {
     setCurlOption(handle, CURLOPT_NOPROXY, "");
     // A proxy's response to CONNECT is not a response to the request.
     setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    // Otherwise a call waits for a name lookup that outlasts its time limit or its cancellation.
+    setCurlOption(handle, CURLOPT_QUICK_EXIT, 1L);
     // Otherwise libcurl replaces the SIGPIPE handler during a transfer, which affects other
     // threads.
     setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
@@ -110,7 +112,8 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
 /// kept. The head is read from its raw text, because libcpr's own fields mix the heads of a
 /// transfer.
 Response responsefromCprFormat(cpr::Response&& response) {
-    auto head = readResponseHead(response.raw_header);
+    // If a redirect leads through a proxy that refuses it, libcurl has no status, but a head.
+    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(response.raw_header);
     Response result;
     result.statusCode = static_cast<std::int32_t>(response.status_code);
     result.statusLine = std::move(head.statusLine);

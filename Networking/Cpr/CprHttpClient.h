@@ -20,8 +20,10 @@ namespace Ostrel::Networking {
 /// - a header name that is empty or contains a colon or a space.
 ///
 /// Throws `std::runtime_error` if libcpr reports an outcome that this library does not know, or if
-/// libcurl refuses an option that these promises depend on. Safe to call from several threads.
-/// Changes no signal handler; a process should ignore SIGPIPE.
+/// libcurl refuses an option that these promises depend on, and `std::bad_alloc` if memory runs
+/// out, for example because a body is too large. Safe to call from several threads. Changes no
+/// signal handler; a process should ignore SIGPIPE. A name lookup that takes longer than its call
+/// goes on in a thread of libcurl, which ends by itself.
 class QORNETWORKING_EXPORT CprHttpClient final : public IHttpClient {
 public:
     Response get(Request const& request, Options const& options) override;

@@ -67,15 +67,18 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
     ResponseHead complete;
     std::optional<ResponseHead> open;
     std::string* foldable = nullptr;
+    // After a chunked body there may be trailers. They may look like a head, but they have a colon
+    // in every line and no empty line at their end.
+    auto mayBeTrailers = false;
     while (!rawHeads.empty()) {
         auto const line = takeLine(rawHeads);
-        // A trailer may look like a status line, but has a colon. So after trailers, only a line
-        // without a colon is a status line.
-        auto const canBegin = !open || line.find(':') == NONE;
+        auto const hasColon = line.find(':') != NONE;
+        auto const canBegin = !open || !hasColon || mayBeTrailers;
         auto const reason = canBegin ? reasonOf(line) : std::nullopt;
         if (reason) {
             open = ResponseHead{std::string(trimmed(line)), std::string(*reason), {}};
             foldable = nullptr;
+            mayBeTrailers = hasColon && complete.headers.count("Transfer-Encoding") > 0;
         } else if (open && (line.empty() || line.front() == '\r')) {
             complete = *std::move(open);
             open.reset();
@@ -85,10 +88,8 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
             foldable = addHeader(line, *open);
         }
     }
-    // A head without an empty line at its end was cut short, or consists of the trailers of a
-    // chunked body.
-    auto const isCutShort = open && complete.headers.count("Transfer-Encoding") == 0;
-    return isCutShort ? *std::move(open) : complete;
+    // A head without an empty line at its end was cut short.
+    return open && !mayBeTrailers ? *std::move(open) : complete;
 }
 
 }  // namespace Ostrel::Networking
