@@ -5,7 +5,6 @@
 #include <map>
 #include <random>
 #include <string>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -13,8 +12,6 @@
 
 namespace Ostrel::Networking {
 namespace {
-
-static_assert(!std::is_copy_constructible_v<CookieJar> && !std::is_move_constructible_v<CookieJar>);
 
 Url urlOf(std::string const& host) {
     Url url;

@@ -66,14 +66,10 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {SOCKS, "4 socks.test:1080"},
              // The flag counts by its presence.
              {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
-             {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, u"no"},
              // The host is taken as it is.
-             {HTTPS, "2 :443", host, u""},
-             {HTTPS, "2  Proxy_1/\t:443", host, u" Proxy_1/\t"},
              {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
              {HTTPS, NONE, host, u"pr\u00f6xy.test"},
-             {HTTPS, NONE, host, u"\U0001F600"},
              {HTTPS, NONE, host, u"proxy\xd800.test"},
              {HTTPS, NONE, host, 1},
              // A port out of range, too large for 32 bits, no number.

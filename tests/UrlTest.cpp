@@ -26,7 +26,6 @@ TEST(UrlTest, Prints) {
     std::vector<std::pair<std::string, std::string>> const rows = {
         {"proto://user:pw@host:8080/a/b?x=1&y=2#top", "proto://user:pw@host:8080/a/b?x=1&y=2#top"},
         {"proto://h h//p p/?a=b c#d e", "proto://h h//p p/?a=b c#d e"},
-        {"proto://host", "proto://host"},
         {"proto://host:0080/p?a=%20", "proto://host:0080/p?a=%20"},
         {"proto://user:@host/", "proto://user@host/"},
         {"proto://host/p?a=1#", "proto://host/p?a=1"},
@@ -39,10 +38,8 @@ TEST(UrlTest, Prints) {
         {"proto://host?b=2;a=&a=3?B=1", "proto://host?B=1&a=&b=2"},
         // What is not a URL prints nothing.
         {"proto://:pw@host/", ""},
-        {"proto:/host", ""},
         {"://host", ""},
         {"a+b://host", ""},
-        {" proto://host", ""},
     };
     for (auto const& [text, printed] : rows) {
         expectLikePattern(text);

@@ -2,7 +2,6 @@
 
 #include <array>
 #include <atomic>
-#include <chrono>
 #include <csignal>
 #include <functional>
 #include <stdexcept>
@@ -133,15 +132,13 @@ inline RawServer::Handler answering(std::string const& text,
     };
 }
 
-/// A handler that sends `text` as soon as the peer has said something, then `piece` every `pause`
-/// for as long as the peer takes it; without a `piece` it waits for the peer to close.
-inline RawServer::Handler endless(std::string const& text, std::string const& piece = {},
-                                  std::chrono::milliseconds pause = {}) {
+/// A handler that sends `text` as soon as the peer has said something, then `piece` for as long as
+/// the peer takes it; without a `piece` it waits for the peer to close.
+inline RawServer::Handler endless(std::string const& text, std::string const& piece = {}) {
     return [=](Connection& connection) {
         (void)connection.readSome();
         connection.send(text);
         while (piece.empty() ? !connection.readSome().empty() : connection.send(piece)) {
-            std::this_thread::sleep_for(pause);
         }
     };
 }
