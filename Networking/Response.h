@@ -44,9 +44,9 @@ struct Error {
 /// The result of one call. Look at `error` first: a failed transfer may have a status code and part
 /// of a body.
 struct Response {
-    /// HTTP status code of the last response received; 0 if there was none. If a redirect leads to
-    /// a server that cannot be reached, it is the status of the redirect; the same applies to
-    /// `headers`, `statusLine` and `reason`.
+    /// HTTP status code of the last response received; 0 if there was none, or if a proxy refused a
+    /// tunnel. If a redirect leads to a server that cannot be reached, it is the status of the
+    /// redirect; the same applies to `headers`, `statusLine` and `reason`.
     std::int32_t statusCode = 0;
     /// Decompressed. Empty if `Options::onData` received it.
     std::string body;
