@@ -71,7 +71,6 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
              {HTTPS, NONE, host, u"pr\u00f6xy.test"},
              {HTTPS, NONE, host, u"proxy\xd800.test"},
-             {HTTPS, NONE, host, 1},
              // A port out of range, too large for 32 bits, no number.
              {HTTPS, "2 secure.test:-1", port, -1},
              {HTTPS, "2 secure.test:8080", port, 4294967296 + 8080},

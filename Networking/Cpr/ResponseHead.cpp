@@ -80,8 +80,7 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
             foldable = nullptr;
             mayBeTrailers = hasColon && complete.headers.count("Transfer-Encoding") > 0;
         } else if (open && (line.empty() || line.front() == '\r')) {
-            complete = *std::move(open);
-            open.reset();
+            complete = *std::exchange(open, std::nullopt);
         } else if (open && BLANKS.find(line.front()) != NONE) {
             appendFold(line, foldable);
         } else if (open) {
