@@ -126,7 +126,6 @@ TEST(RetriesAdapterTest, RepeatsAlongThePlanAsLongAsAttemptsTimeOut) {
         {{LATE}, 1},
         {{LATE, LATE, LATE}, 3},
         {{OK}, 3},
-        {{LATE, ErrorCode::ConnectionFailure}, 3},
         {{ErrorCode::RequestCancelled}, 2},
         {{LATE, LATE, OK}, 3},
     };

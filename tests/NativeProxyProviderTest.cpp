@@ -67,6 +67,7 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              // The flag counts by its presence.
              {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
              // The host is taken as it is.
+             {HTTPS, "2 :443", host, u""},
              {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
              {HTTPS, NONE, host, u"pr\u00f6xy.test"},

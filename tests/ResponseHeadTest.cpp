@@ -46,7 +46,7 @@ TEST(ResponseHeadTest, IsThatOfTheLastResponseAsItCameOverTheWire) {
              {{"HTTP/1.1 200 A\nX-A: 1\nx-a: 2\n\n"}, "HTTP/1.1 200 A|A|X-A=1;"},
              {{"HTTP/1.1 200 A\nX: 1\nX: 2\n\n"}, "HTTP/1.1 200 A|A|X=1;"},
              // Folded values, also of a header that is dropped.
-             {{"HTTP/1.1 200 A\nX: 1\n 2: 3\n\tHTTP/1.1 200 4\nx: no\n no\nY:\n y \n\n"},
+             {{"HTTP/1.1 200 A\nX: 1\n 2: 3\n\tHTTP/1.1 200 4\nx: no\n no\nY:\n y \n \n\n"},
               "HTTP/1.1 200 A|A|X=1 2: 3 HTTP/1.1 200 4;Y=y;"},
              // A colon in the reason, and headers and trailers that look like a status line.
              {{"HTTP/1.1 500 Backend error: no\n\n"},
@@ -106,10 +106,10 @@ TEST(ResponseHeadTest, IsReadFromAnyText) {
              {"X: 1\n\n", "||"},
              {"HTTP\n\nHTTP/\n\nHTTP/1.1\n\nHTTP/1.1 x\n\nHTTP/ 200\n\n", "||"},
              {"HTTP/1.1  200  Very OK \nX: 1\n\n", "HTTP/1.1  200  Very OK|Very OK|X=1;"},
-             {"HTTP/1.1 200 Open\nVia: p\n\nHTTP/2 200 \na:1\n\n", "HTTP/2 200||a=1;"},
+             {"HTTP/1.1 200 Open\nVia: p\n\nHTTP/2 200 \na:1\n\nb: 2\n", "HTTP/2 200||a=1;"},
              {"HTTP/1.1 200 A\n fold\n: 1\nA\n : 2\n\n", "HTTP/1.1 200 A|A|=1;"},
              // Cut short.
-             {"HTTP/1.1 200 A\nA: 1\nB", "HTTP/1.1 200 A|A|A=1;"},
+             {"HTTP/1.1 200 A: b\nA: 1\nB", "HTTP/1.1 200 A: b|A: b|A=1;"},
              {moved + "\nHTTP/1.1 200 A\nA: 1\n", "HTTP/1.1 200 A|A|A=1;"},
              {moved + chunked + "HTTP/1.1 200 A\nA: 1\n", "HTTP/1.1 200 A|A|A=1;"},
              {moved + chunked + "HTTP/1.1 404 No: 1\nHTTP/1.1 200 A\nB: 2\n\n",

@@ -25,7 +25,6 @@ void expectLikePattern(std::string const& text) {
 TEST(UrlTest, Prints) {
     std::vector<std::pair<std::string, std::string>> const rows = {
         {"proto://user:pw@host:8080/a/b?x=1&y=2#top", "proto://user:pw@host:8080/a/b?x=1&y=2#top"},
-        {"proto://host:0080/p?a=%20", "proto://host:0080/p?a=%20"},
         {"proto://user:@host/", "proto://user@host/"},
         {"proto://host/p?a=1#", "proto://host/p?a=1"},
         // ";" and "&" continue a host or a path; they start the query behind a port, or where
@@ -37,6 +36,7 @@ TEST(UrlTest, Prints) {
         {"proto://host?b=2;a=&a=3?B=1", "proto://host?B=1&a=&b=2"},
         // What is not a URL prints nothing.
         {"proto://:pw@host/", ""},
+        {"proto:/host", ""},
         {"://host", ""},
         {"a+b://host", ""},
     };

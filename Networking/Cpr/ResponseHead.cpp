@@ -36,7 +36,7 @@ std::optional<std::string_view> reasonOf(std::string_view line) {
     auto const versionEnd = line.find_first_not_of("0123456789.", 5);
     auto const code = line.find_first_not_of(BLANKS, versionEnd);
     auto const codeEnd = line.find_first_not_of(DIGITS, code);
-    if (versionEnd == 5 || code == NONE || code == versionEnd || code == codeEnd) {
+    if (versionEnd == 5 || code == NONE || code == codeEnd) {
         return std::nullopt;
     }
     return trimmed(line.substr(std::min(codeEnd, line.size())));
