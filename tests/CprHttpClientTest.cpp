@@ -217,7 +217,7 @@ TEST(CprHttpClientTest, EndsWhenOutOfTimeOrTooSlow) {
         };
     };
     auto const slow = paced(EMPTY_OK, 1);
-    auto const slower = paced("HTTP/1.1 200 OK\r\n\r\n" + std::string(5000, 'x'), 20);
+    auto const slower = paced("HTTP/1.1 200 OK\r\n\r\n" + std::string(20'000, 'x'), 5);
     struct Row {
         RawServer::Handler handler;
         std::int32_t lowSpeedLimit, lowSpeedTime;
@@ -227,7 +227,7 @@ TEST(CprHttpClientTest, EndsWhenOutOfTimeOrTooSlow) {
     std::vector<std::future<void>> calls;
     auto const start = std::chrono::steady_clock::now();
     for (auto const& row :
-         {Row{endless(""), 0, 0, 50'999, LATE}, Row{slower, 200, 1, LONG, LATE},
+         {Row{endless(""), 0, 0, 50'999, LATE}, Row{slower, 500, 1, LONG, LATE},
           // Half a pair and a timeout below a millisecond are none.
           Row{slow, 1 << 30, 0, 0, OK}, Row{slow, 0, 1, 999, OK}, Row{slow, -1, 1, -1500, OK}}) {
         calls.push_back(std::async(std::launch::async, [row] {
