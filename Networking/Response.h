@@ -12,7 +12,7 @@ namespace Ostrel::Networking {
 
 /// How a transfer ended. A response with an HTTP error status is a completed transfer: `Ok`.
 enum class ErrorCode : std::int32_t {
-    Ok = 0,                          ///< Completed, or cut off without a length to tell it by.
+    Ok = 0,                          ///< Completed, as far as the response told its length.
     ConnectionFailure = 1,           ///< No connection could be made.
     EmptyResponse = 2,               ///< The server sent no response.
     HostResolutionFailure = 3,       ///< The host name could not be resolved.

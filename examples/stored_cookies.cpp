@@ -5,8 +5,13 @@
 #include <fstream>
 #include <iomanip>
 #include <iostream>
+#include <memory>
 #include <mutex>
 #include <stdexcept>
+#include <string>
+#include <system_error>
+#include <utility>
+#include <vector>
 
 #include <Networking/AddAdapter.h>
 #include <Networking/CookieJar/CookieJar.h>

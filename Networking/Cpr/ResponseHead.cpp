@@ -87,8 +87,10 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
             foldable = addHeader(line, *open);
         }
     }
-    // A head without an empty line at its end was cut short.
-    return open && !mayBeTrailers ? *std::move(open) : complete;
+    if (open && !mayBeTrailers) {
+        return *std::move(open);  // Cut short, as it has no empty line at its end.
+    }
+    return complete;
 }
 
 }  // namespace Ostrel::Networking

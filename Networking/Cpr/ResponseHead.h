@@ -20,9 +20,9 @@ struct ResponseHead {
 };
 
 /// Reads the head of the last response from `rawHeads`, the heads and trailers of a whole transfer
-/// as libcurl delivers them. Ignores interim responses, earlier responses and trailers. Takes one
-/// pass without recursion, apart from the ordering of the headers by name. Throws only if memory
-/// runs out.
+/// as libcurl delivers them. Ignores trailers and all responses before the last, which is an
+/// interim one only if no other follows. Takes one pass without recursion, apart from the ordering
+/// of the headers by name. Throws only if memory runs out.
 [[nodiscard]] ResponseHead readResponseHead(std::string_view rawHeads);
 
 }  // namespace Ostrel::Networking
