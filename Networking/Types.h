@@ -31,11 +31,11 @@ struct Request {
     /// Name to value. A header with an empty value is sent without a value. A header "Cookie"
     /// replaces all of `cookies`. Headers are also sent to the targets of redirects, except
     /// "Authorization" and "Cookie" on another host.
-    std::map<std::string, std::string, CaseInsensitiveCompare> headers;
+    std::map<std::string, std::string, CaseInsensitiveCompare> headers = {};
     /// Name to value. Sent to the host of the URL and, before libcurl 8.21, to every target of a
     /// redirect. Names and values are percent-encoded, except a value in double quotes. Cookies
     /// that a redirect sets are sent along where they belong.
-    std::map<std::string, std::string> cookies;
+    std::map<std::string, std::string> cookies = {};
 };
 
 /// Limits, proxy and callbacks of one call. The caller owns it; it must outlive the call and not
@@ -86,7 +86,7 @@ struct MultiPart {
         /// Content of the field, sent inline.
         std::string value;
         /// Media type of the field; empty for none.
-        std::string contentType;
+        std::string contentType = {};
     };
 
     /// Sent in this order.

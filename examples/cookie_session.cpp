@@ -24,7 +24,7 @@ int main(int argc, char* argv[]) {
 
     Request login;
     login.url = Url(argv[1]);
-    MultiPart const form{{{"user", "ada", ""}, {"password", "secret", ""}}};
+    MultiPart const form{{{"user", "ada"}, {"password", "secret"}}};
     auto const welcome = client->post(login, form, options);
     if (welcome.error.code != ErrorCode::Ok || welcome.statusCode != 200) {
         std::cerr << "login failed: " << welcome.statusLine << welcome.error.message << '\n';

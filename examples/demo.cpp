@@ -151,8 +151,7 @@ void showFailures(Walk& walk, IHttpClient& client, DemoServer const& server) {
 }
 
 void showChain(Walk& walk, DemoServer const& server) {
-    auto const plan = std::vector<Retry>{
-        {200 * MILLISECOND, nullptr}, {400 * MILLISECOND, nullptr}, {10 * SECOND, nullptr}};
+    auto const plan = std::vector<Retry>{{200 * MILLISECOND}, {400 * MILLISECOND}, {10 * SECOND}};
     auto const chain = addRetriesAdapter(
         addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), nullptr), plan);
     Request request;

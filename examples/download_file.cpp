@@ -33,7 +33,7 @@ bool download(Url const& url, std::filesystem::path const& target) {
     // Any thread may set the flag. A full disk also ends the transfer.
     options.isCancelled = [&file] { return CANCELLED || !file; };
 
-    auto const response = createHttpClient(HttpClientType::Cpr)->get({url, {}, {}}, options);
+    auto const response = createHttpClient(HttpClientType::Cpr)->get({url}, options);
     file.close();
     if (!file || response.error.code != ErrorCode::Ok || response.statusCode != 200) {
         std::filesystem::remove(partial);

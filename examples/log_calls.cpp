@@ -54,6 +54,6 @@ int main(int argc, char* argv[]) {
     }
     // [snippet]
     LoggingAdapter client(createHttpClient(HttpClientType::Cpr));
-    std::cout << client.get({Url(argv[1]), {}, {}}, {}).body;
+    std::cout << client.get({Url(argv[1])}, {}).body;
     // [/snippet]
 }

@@ -44,8 +44,8 @@ int main(int argc, char* argv[]) {
     constexpr std::int64_t SECOND = 1'000'000;  // Timeouts are in microseconds.
     std::shared_ptr<IHttpClient> const direct = createHttpClient(HttpClientType::Cpr);
     auto const mirrored = std::make_shared<MirrorAdapter>(direct, Url(argv[2]));
-    auto const client = addRetriesAdapter(
-        direct, {{1 * SECOND, nullptr}, {3 * SECOND, nullptr}, {10 * SECOND, mirrored}});
+    auto const client =
+        addRetriesAdapter(direct, {{1 * SECOND}, {3 * SECOND}, {10 * SECOND, mirrored}});
     Request request;
     request.url = Url(argv[1]);
     // Without `onData`, which would also receive pieces of failed attempts.

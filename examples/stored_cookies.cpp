@@ -87,6 +87,6 @@ int main(int argc, char* argv[]) {
     // [snippet]
     auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr),
                                             std::make_shared<FileCookieJar>(argv[2]));
-    std::cout << client->get({Url(argv[1]), {}, {}}, {}).body;
+    std::cout << client->get({Url(argv[1])}, {}).body;
     // [/snippet]
 }

@@ -18,7 +18,7 @@ int main(int argc, char* argv[]) {
     // [snippet]
     std::ifstream file(argv[2], std::ios::binary);
     std::string const log{std::istreambuf_iterator<char>(file), {}};
-    MultiPart const form{{{"subject", "It hangs", ""},
+    MultiPart const form{{{"subject", "It hangs"},
                           {"system", R"({"cores":8})", "application/json"},
                           {"log", log, "text/plain"}}};
     Request request;

@@ -28,7 +28,7 @@ using Cookies = std::map<std::string, std::string>;
 constexpr auto OK = ErrorCode::Ok;
 constexpr auto LATE = ErrorCode::OperationTimedOut;
 
-std::vector<Retry> const ONE_ATTEMPT = {{7, nullptr}};
+std::vector<Retry> const ONE_ATTEMPT = {{7}};
 
 Options everyOption() {
     auto const isCancelled = [] { return true; };
@@ -156,7 +156,7 @@ TEST(RetriesAdapterTest, RepeatsAlongThePlanAsLongAsAttemptsTimeOut) {
 TEST(RetriesAdapterTest, UsesTheClientOfAnEntryForThatEntryOnly) {
     auto const inner = std::make_shared<ScriptedClient>(std::vector{OK});
     auto const other = std::make_shared<ScriptedClient>(std::vector{LATE, OK});
-    EXPECT_EQ(addRetriesAdapter(inner, {{1, other}, {2, nullptr}})->get({}, {}).error.code, OK);
+    EXPECT_EQ(addRetriesAdapter(inner, {{1, other}, {2}})->get({}, {}).error.code, OK);
     EXPECT_EQ(inner->calls().at(0).options.timeout, 2);
     EXPECT_EQ(other->calls().at(0).options.timeout, 1);
     EXPECT_EQ(RetriesAdapter(nullptr, {{1, other}}).head({}, {}).error.code, OK);

@@ -103,8 +103,8 @@ TEST_F(NativeProxyProviderTest, ServesTheSystemProxyAdapter) {
     auto const inner =
         std::make_shared<Testing::ScriptedClient>(std::vector{ErrorCode::Ok, ErrorCode::Ok});
     auto const client = addSystemProxyAdapter(inner);
-    (void)client->get({HTTP, {}, {}}, {});
-    (void)client->get({HTTPS, {}, {}}, {});
+    (void)client->get({HTTP}, {});
+    (void)client->get({HTTPS}, {});
     EXPECT_EQ(inner->calls().at(0).options.proxy, "http://plain.test:80");
     EXPECT_EQ(inner->calls().at(1).options.proxy, "https://secure.test:443");
 }

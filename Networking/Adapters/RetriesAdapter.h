@@ -15,7 +15,7 @@ struct Retry {
     /// meaning.
     std::int64_t timeout = 0;
     /// The client that performs the attempt, shared; if empty, the inner client of the adapter.
-    std::shared_ptr<IHttpClient> client;
+    std::shared_ptr<IHttpClient> client = {};
 };
 
 /// Repeats a call that ends as `ErrorCode::OperationTimedOut`; any other outcome ends the call. The

@@ -37,7 +37,7 @@ inline Options patient() {
     return options;
 }
 
-inline Request requestFor(std::string const& url) { return {url, {}, {}}; }
+inline Request requestFor(std::string const& url) { return {url}; }
 
 inline Response get(std::string const& url, Options const& options = patient()) {
     return CprHttpClient().get(requestFor(url), options);
