@@ -10,14 +10,15 @@
 #include <string_view>
 #include <utility>
 
+namespace Ostrel {
+inline namespace Platform {
+
 /// A snapshot. Strings and numbers are `SystemSettings::Value` objects in its settings.
 struct CFDictionaryObject {
-    Platform::SystemSettings settings;
+    SystemSettings settings;
 };
 
 struct CFStringObject {};
-
-namespace Platform {
 
 namespace {
 
@@ -54,10 +55,6 @@ void SystemSettings::set(SystemSettings settings) {
 }
 
 SnapshotCount SnapshotCount::current() { return {state().taken, state().released}; }
-
-}  // namespace Platform
-
-using Platform::SystemSettings;
 
 namespace {
 
@@ -106,12 +103,12 @@ CFDictionaryRef SCDynamicStoreCopyProxies(SCDynamicStoreRef) {
         return nullptr;
     }
     auto const snapshot = new CFDictionaryObject{std::move(settings)};
-    ++Platform::state().taken;
+    ++state().taken;
     return snapshot;
 }
 
 void CFRelease(CFTypeRef object) {
-    ++Platform::state().released;
+    ++state().released;
     delete static_cast<CFDictionaryRef>(object);
 }
 
@@ -122,7 +119,7 @@ void const* CFDictionaryGetValue(CFDictionaryRef dictionary, void const* key) {
 }
 
 CFIndex CFStringGetLength(CFStringRef text) {
-    auto const units = std::get_if<std::u16string>(&Platform::valueOf(text));
+    auto const units = std::get_if<std::u16string>(&valueOf(text));
     return units ? static_cast<CFIndex>(units->size()) : 0;
 }
 
@@ -130,7 +127,7 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex bufferSize, C
     if (auto const onCopy = SystemSettings::current().onCopy) {
         onCopy();
     }
-    auto const units = std::get_if<std::u16string>(&Platform::valueOf(text));
+    auto const units = std::get_if<std::u16string>(&valueOf(text));
     auto const utf8 = units ? utf8Of(*units) : std::nullopt;
     if (!utf8 || bufferSize <= static_cast<CFIndex>(utf8->size())) {
         return false;
@@ -140,7 +137,7 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex bufferSize, C
 }
 
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType, void* value) {
-    auto const wide = std::get_if<std::int64_t>(&Platform::valueOf(number));
+    auto const wide = std::get_if<std::int64_t>(&valueOf(number));
     if (!wide) {
         return false;
     }
@@ -149,3 +146,6 @@ Boolean CFNumberGetValue(CFNumberRef number, CFNumberType, void* value) {
     return narrow == *wide;
 }
 // NOLINTEND(readability-identifier-naming)
+
+}  // namespace Platform
+}  // namespace Ostrel

@@ -8,7 +8,8 @@
 
 #include <SystemConfiguration/SystemConfiguration.h>
 
-namespace Platform {
+namespace Ostrel {
+inline namespace Platform {
 
 /// Network proxy settings for systems that have none; tests script them. Without a script there is
 /// no proxy. `current` and `set` are safe to call from several threads.
@@ -37,3 +38,4 @@ struct SnapshotCount {
 };
 
 }  // namespace Platform
+}  // namespace Ostrel

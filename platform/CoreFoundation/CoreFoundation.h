@@ -6,9 +6,13 @@
 /// lookup uses, with the framework's names and signatures. Reads snapshots of the scripted
 /// `SystemSettings`. Objects are immutable, so they are as safe to read from several threads as on
 /// macOS.
+///
+/// The names are in an inline namespace, which the lookup finds without a prefix, and have no C
+/// linkage: an application may have functions of these names.
+namespace Ostrel {
+inline namespace Platform {
 
 // NOLINTBEGIN(readability-identifier-naming): the names are the framework's.
-extern "C" {
 
 using Boolean = unsigned char;
 using CFIndex = long;
@@ -39,5 +43,7 @@ Boolean CFStringGetCString(CFStringRef text, char* buffer, CFIndex bufferSize,
 /// Writes nothing if it is not a number. `kCFNumberIntType` is the only `type`.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
 
-}  // extern "C"
 // NOLINTEND(readability-identifier-naming)
+
+}  // namespace Platform
+}  // namespace Ostrel

@@ -4,9 +4,10 @@
 
 /// Replacement, on other systems, for the parts of the macOS framework of this name that the proxy
 /// lookup uses, with the framework's names and signatures.
+namespace Ostrel {
+inline namespace Platform {
 
 // NOLINTBEGIN(readability-identifier-naming): the names are the framework's.
-extern "C" {
 
 using SCDynamicStoreRef = struct SCDynamicStoreObject const*;
 
@@ -23,6 +24,7 @@ extern CFStringRef const kSCPropNetProxiesHTTPSProxy;
 extern CFStringRef const kSCPropNetProxiesSOCKSEnable;
 extern CFStringRef const kSCPropNetProxiesSOCKSPort;
 extern CFStringRef const kSCPropNetProxiesSOCKSProxy;
-
-}  // extern "C"
 // NOLINTEND(readability-identifier-naming)
+
+}  // namespace Platform
+}  // namespace Ostrel
