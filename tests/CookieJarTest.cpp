@@ -3,12 +3,15 @@
 #include <atomic>
 #include <future>
 #include <map>
+#include <new>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/Support/FailingAllocation.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -54,6 +57,33 @@ TEST(CookieJarTest, AgreesWithAMapThatIsSearchedWhole) {
             ASSERT_EQ(selected, expected);
         }
     }
+}
+
+TEST(CookieJarTest, KeepsAWholeCookieIfMemoryRunsOut) {
+    // Too long to be stored without an allocation.
+    std::string const oldText(100, 'o');
+    std::string const newText(100, 'n');
+    auto const cookieOf = [](std::string const& text) {
+        Cookie cookie{"id", text, urlOf("host")};
+        cookie.url.setPath(text);
+        return cookie;
+    };
+    auto const newCookie = cookieOf(newText);
+    auto failures = 0;
+    for (auto isStored = false; !isStored; failures += isStored ? 0 : 1) {
+        CookieJar jar;
+        jar.insertCookie(cookieOf(oldText));
+        try {
+            Testing::FailingAllocation const failing(failures);
+            jar.insertCookie(newCookie);
+            isStored = true;
+        } catch (std::bad_alloc const&) {
+        }
+        auto const stored = jar.cookiesForUrl(urlOf("host"));
+        ASSERT_EQ(stored.size(), 1U);
+        EXPECT_EQ(textOf(stored[0]), textOf(isStored ? newCookie : cookieOf(oldText))) << failures;
+    }
+    EXPECT_GT(failures, 1);
 }
 
 TEST(CookieJarTest, ServesSeveralThreads) {

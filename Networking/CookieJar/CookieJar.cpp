@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <type_traits>
 #include <utility>
 
 namespace Ostrel::Networking {
@@ -26,12 +27,12 @@ public:
         return cookies_.erase(cookieId(cookie)) > 0;
     }
 
-    template <typename AnyCookie>
-    void insertCookie(AnyCookie&& cookie) {
-        std::lock_guard const lock(mutex_);
-        // The id is built before the cookie is moved from.
+    void insertCookie(Cookie&& cookie) {
+        // So a stored cookie is replaced as a whole or, if memory runs out, not at all.
+        static_assert(std::is_nothrow_move_assignable_v<Cookie>);
         auto id = cookieId(cookie);
-        cookies_.insert_or_assign(std::move(id), std::forward<AnyCookie>(cookie));
+        std::lock_guard const lock(mutex_);
+        cookies_.insert_or_assign(std::move(id), std::move(cookie));
     }
 
 private:
@@ -50,7 +51,7 @@ std::vector<Cookie> CookieJar::cookiesForUrl(Url const& url) const {
 
 bool CookieJar::deleteCookie(Cookie const& cookie) { return impl_->deleteCookie(cookie); }
 
-void CookieJar::insertCookie(Cookie const& cookie) { impl_->insertCookie(cookie); }
+void CookieJar::insertCookie(Cookie const& cookie) { impl_->insertCookie(Cookie(cookie)); }
 
 void CookieJar::insertCookie(Cookie&& cookie) { impl_->insertCookie(std::move(cookie)); }
 
