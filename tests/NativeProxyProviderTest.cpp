@@ -11,13 +11,12 @@
 
 #include "Networking/AddAdapter.h"
 #include "platform/SystemSettings.h"
+#include "tests/Support/FailingAllocation.h"
 #include "tests/Support/ScriptedClient.h"
 
 namespace Ostrel::Networking {
 namespace {
 
-using ::Platform::SnapshotCount;
-using ::Platform::SystemSettings;
 using ::testing::ContainsRegex;
 using Values = decltype(SystemSettings::values);
 
@@ -68,20 +67,25 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
              // The host is taken as it is.
              {HTTPS, "2 :443", host, u""},
+             {HTTPS, "2  Proxy.Test :443", host, u" Proxy.Test "},
              {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
              {HTTPS, NONE, host, u"pr\u00f6xy.test"},
              {HTTPS, NONE, host, u"proxy\xd800.test"},
-             // A port out of range, too large for 32 bits, no number.
+             // A port is not checked against the range of ports.
              {HTTPS, "2 secure.test:-1", port, -1},
-             {HTTPS, "2 secure.test:8080", port, 4294967296 + 8080},
-             {HTTPS, "2 secure.test:0", port, u"8080"},
+             // Only the part before query and fragment must be of the grammar.
+             {HTTP + "/?q=1/2", "1 plain.test:80"},
+             {HTTP + "?a=b=c", "1 plain.test:80"},
+             {HTTP + "?what?", "1 plain.test:80"},
+             {HTTPS + "/route", "2 secure.test:443"},
          }) {
         auto values = allEntries();
         values[changed] = value;
         EXPECT_EQ(proxyFor(url, {values}), proxy);
     }
-    for (auto const* url : {"HTTP://a.test", "socks5://a.test", "ftp://a.test", "http:/a.test"}) {
+    for (auto const* url :
+         {"HTTP://a.test", "socks5://a.test", "ftp://a.test", "http:/a.test", "http://[::1]/"}) {
         EXPECT_EQ(proxyFor(url, {allEntries()}, 0), NONE) << url;
     }
     EXPECT_EQ(proxyFor(HTTP, {}), NONE);
@@ -122,6 +126,11 @@ TEST_F(NativeProxyProviderTest, LogsAnExceptionAndHasNoProxy) {
     settings.onCopy = [] { throw std::bad_alloc(); };
     expectLogged("Error getting system proxystd::bad_alloc");
 
+    {
+        Testing::FailingAllocation const failing(0);
+        EXPECT_THROW((void)NativeProxyProvider().getProxy(HTTP), std::bad_alloc)
+            << "reading the URL is not reading the settings";
+    }
     auto const before = SnapshotCount::current();
     settings.onCopy = [] { throw 42; };
     EXPECT_THROW((void)proxyFor(HTTP, settings), int);

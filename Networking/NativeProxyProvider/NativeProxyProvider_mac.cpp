@@ -98,7 +98,9 @@ ProxyInfo readProxy(Entry const& entry) {
 class QORNETWORKING_HIDDEN NativeProxyProvider::Impl {
 public:
     [[nodiscard]] ProxyInfo getSystemProxy(std::string const& url) const {
-        auto const entry = entryFor(Url(url).protocol());
+        // Only the protocol counts, and query and fragment of a printed URL need not be of the
+        // grammar: `Url` prints a parameter "1/2" that it would not parse.
+        auto const entry = entryFor(Url(url.substr(0, url.find_first_of("?#"))).protocol());
         if (!entry) {
             return {};
         }
