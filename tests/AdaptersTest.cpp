@@ -67,9 +67,13 @@ Client addProvider(NotNull<Client> const& inner) {
     return std::make_shared<SystemProxyAdapter>(inner, std::move(provider));
 }
 
+/// Which argument an adapter passes on as a copy.
+enum class Copied { Request, Options };
+
 /// An adapter, and what it changes of each call.
 struct Adapter {
     std::string name;
+    Copied copied;
     std::function<Client(Client const&)> addTo;
     std::function<void(Request&, Options&)> change = [](auto&, auto&) {};
 };
@@ -79,17 +83,22 @@ std::vector<Adapter> adapters() {
     constexpr auto HTTPS = ForceProtocolSettings::Https;
     constexpr auto UNKNOWN = static_cast<ForceProtocolSettings>(2);
     return {
-        {"cookies", [](auto& inner) { return addCookieJarAdapter(inner, nullptr); },
+        {"cookies", Copied::Request,
+         [](auto& inner) { return addCookieJarAdapter(inner, nullptr); },
          [](auto& request, auto&) { request.cookies = {}; }},
-        {"retries", [](auto& inner) { return addRetriesAdapter(inner, ONE_ATTEMPT); },
+        {"retries", Copied::Options,
+         [](auto& inner) { return addRetriesAdapter(inner, ONE_ATTEMPT); },
          [](auto&, auto& options) { options.timeout = 7; }},
-        {"https", [](auto& inner) { return addForceProtocolAdapter(inner, HTTPS); },
+        {"https", Copied::Request,
+         [](auto& inner) { return addForceProtocolAdapter(inner, HTTPS); },
          [](auto& request, auto&) { request.url.setProtocol("https"); }},
-        {"http", [](auto& inner) { return addForceProtocolAdapter(inner, HTTP); },
+        {"http", Copied::Request, [](auto& inner) { return addForceProtocolAdapter(inner, HTTP); },
          [](auto& request, auto&) { request.url.setProtocol("http"); }},
-        {"unknown", [](auto& inner) { return addForceProtocolAdapter(inner, UNKNOWN); }},
-        {"no system proxy", [](auto& inner) { return addSystemProxyAdapter(inner); }},
-        {"system proxy", addProvider,
+        {"unknown", Copied::Request,
+         [](auto& inner) { return addForceProtocolAdapter(inner, UNKNOWN); }},
+        {"no system proxy", Copied::Options,
+         [](auto& inner) { return addSystemProxyAdapter(inner); }},
+        {"system proxy", Copied::Options, addProvider,
          [](auto&, auto& options) { options.proxy = "proto://system:2"; }},
     };
 }
@@ -97,7 +106,8 @@ std::vector<Adapter> adapters() {
 TEST(AdaptersTest, ChangeWhatIsTheirsPassOnTheRestAndRefuseAnEmptyClient) {
     // A protocol for which no system has a proxy.
     Request const request{Url("proto://u:p@host.test:80/path?a=1#top"), {{"X", "1"}}, {{"c", "1"}}};
-    for (auto const& [name, addTo, change] : adapters()) {
+    auto const options = everyOption();
+    for (auto const& [name, copied, addTo, change] : adapters()) {
         auto expectedRequest = request;
         auto expectedOptions = everyOption();
         change(expectedRequest, expectedOptions);
@@ -110,12 +120,15 @@ TEST(AdaptersTest, ChangeWhatIsTheirsPassOnTheRestAndRefuseAnEmptyClient) {
             auto const client = addTo(inner);
             EXPECT_EQ(inner.use_count(), 2) << "the adapter shares the inner client";
 
-            auto const response = operation.call(*client, request, everyOption());
+            auto const response = operation.call(*client, request, options);
 
             EXPECT_EQ(fieldsOf(response),
                       fieldsOf(operation.call(direct, expectedRequest, expectedOptions)));
-            EXPECT_EQ(fieldsOf(inner->calls().at(0)), fieldsOf(direct.calls().at(0)));
-            EXPECT_THROW((void)operation.call(*client, request, everyOption()), std::logic_error);
+            auto const& call = inner->calls().at(0);
+            EXPECT_EQ(fieldsOf(call), fieldsOf(direct.calls().at(0)));
+            EXPECT_EQ(call.requestAddress == &request, copied != Copied::Request);
+            EXPECT_EQ(call.optionsAddress == &options, copied != Copied::Options);
+            EXPECT_THROW((void)operation.call(*client, request, options), std::logic_error);
         }
         EXPECT_THROW((void)addTo(nullptr), std::invalid_argument) << name;
     }
@@ -127,6 +140,8 @@ TEST(RetriesAdapterTest, RepeatsAlongThePlanAsLongAsAttemptsTimeOut) {
         {{LATE, LATE, LATE}, 3},
         {{OK}, 3},
         {{ErrorCode::RequestCancelled}, 2},
+        {{ErrorCode::ConnectionFailure}, 2},
+        {{ErrorCode::NotPerformed}, 2},
         {{LATE, LATE, OK}, 3},
     };
     for (auto const& [outcomes, plan] : rows) {
@@ -147,7 +162,7 @@ TEST(RetriesAdapterTest, RepeatsAlongThePlanAsLongAsAttemptsTimeOut) {
             auto options = everyOption();
             options.timeout = retries[i].timeout;
             auto const& call = inner->calls()[i];
-            EXPECT_EQ(fieldsOf(call), fieldsOf({"get", request, options, nullptr, nullptr}));
+            EXPECT_EQ(fieldsOf(call), fieldsOf({"get", request, options}));
             EXPECT_EQ(call.requestAddress, &request) << "the request was copied";
         }
     }
@@ -160,6 +175,11 @@ TEST(RetriesAdapterTest, UsesTheClientOfAnEntryForThatEntryOnly) {
     EXPECT_EQ(inner->calls().at(0).options.timeout, 2);
     EXPECT_EQ(other->calls().at(0).options.timeout, 1);
     EXPECT_EQ(RetriesAdapter(nullptr, {{1, other}}).head({}, {}).error.code, OK);
+
+    auto const late = std::make_shared<ScriptedClient>(std::vector{LATE});
+    auto const second = std::make_shared<ScriptedClient>(std::vector{OK});
+    EXPECT_EQ(addRetriesAdapter(late, {{1}, {2, second}})->get({}, {}).error.code, OK);
+    EXPECT_EQ(second->calls().at(0).options.timeout, 2);
 }
 
 TEST(RetriesAdapterTest, RefusesAnEmptyPlan) {
@@ -204,6 +224,14 @@ TEST(CookieJarAdapterTest, StoresTheCookiesOfEveryResponseUnderTheUrlOfTheReques
     EXPECT_THAT(stored, ElementsAre("b=2", "sid=1", "b=2", "sid=", "b=2", "sid="));
 }
 
+TEST(CookieJarAdapterTest, StoresNothingIfTheClientThrows) {
+    auto const jar = std::make_shared<CookieJar>();
+    auto const client = addCookieJarAdapter(std::make_shared<ScriptedClient>(), jar);
+    Request const request{Url("http://alpha.test/"), {}, {{"own", "1"}}};
+    EXPECT_THROW((void)client->get(request, {}), std::logic_error);
+    EXPECT_THAT(jar->cookiesForUrl(request.url), SizeIs(0));
+}
+
 TEST(CookieJarAdapterTest, HasAJarOfItsOwnIfItGetsNone) {
     auto const inner = std::make_shared<ScriptedClient>();
     auto const one = addCookieJarAdapter(inner, nullptr);
@@ -224,6 +252,7 @@ TEST(SystemProxyAdapterTest, PutsTheProxyOfTheSystemInPlaceOfTheCallers) {
              {"https://a.test/", {ProxyType::Socks, "10.0.0.1", 65536}, "https://10.0.0.1:65536"},
              // Nothing is checked.
              {"http://a.test/", {ProxyType::Http, " H/@?", -1}, "http:// H/@?:-1"},
+             {"http://a.test/", {ProxyType::Http, "", 80}, "http://:80"},
              {"", {ProxyType::Https, "h", 1}, "://h:1"},
              // Without a proxy, host and port mean nothing.
              {"http://a.test/", {ProxyType::None, "proxy.test", 3128}, "own://proxy:1"},
@@ -235,6 +264,17 @@ TEST(SystemProxyAdapterTest, PutsTheProxyOfTheSystemInPlaceOfTheCallers) {
         (void)adapter.addProxyUrlOption({}, requestFor(url));
         EXPECT_THAT(asked, ElementsAre(url, url)) << "asked anew for every call";
     }
+}
+
+TEST(SystemProxyAdapterTest, PassesOnAnExceptionOfTheProvider) {
+    struct Failing : IProxyProvider {
+        [[nodiscard]] ProxyInfo getProxy(std::string const&) const override {
+            throw std::logic_error("no settings");
+        }
+    };
+    SystemProxyAdapter client(std::make_shared<ScriptedClient>(), std::make_unique<Failing>());
+    EXPECT_THAT([&client] { (void)client.get({}, {}); },
+                ThrowsMessage<std::logic_error>("no settings"));
 }
 
 }  // namespace

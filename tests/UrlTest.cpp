@@ -129,7 +129,6 @@ TEST(UrlTest, SettersStoreWhatTheyAreGiven) {
     Parameters entries = {{"c", "4"}};
     url.setParameters(std::as_const(entries));
     EXPECT_EQ(url.parameters(), entries);
-    url.setParameters({});
     url.setParameters(std::move(entries));
     EXPECT_EQ(url.parameters(), (Parameters{{"c", "4"}}));
     EXPECT_TRUE(entries.empty());  // NOLINT(bugprone-use-after-move): promised

@@ -22,8 +22,9 @@ public:
         Request request;
         Options options;
         /// Addresses of the arguments, which tell the caller's own object from a copy.
-        void const* requestAddress;
-        void const* body;
+        void const* requestAddress = nullptr;
+        void const* optionsAddress = nullptr;
+        void const* body = nullptr;
     };
 
     explicit ScriptedClient(std::vector<ErrorCode> const& outcomes = {}) {
@@ -42,17 +43,17 @@ public:
     [[nodiscard]] std::vector<Call> const& calls() const { return calls_; }
 
     Response get(Request const& request, Options const& options) override {
-        return record({"get", request, options, &request, nullptr});
+        return record({"get", request, options, &request, &options});
     }
     Response head(Request const& request, Options const& options) override {
-        return record({"head", request, options, &request, nullptr});
+        return record({"head", request, options, &request, &options});
     }
     Response post(Request const& request, std::string const& body,
                   Options const& options) override {
-        return record({"post body", request, options, &request, &body});
+        return record({"post body", request, options, &request, &options, &body});
     }
     Response post(Request const& request, MultiPart const& form, Options const& options) override {
-        return record({"post form", request, options, &request, &form});
+        return record({"post form", request, options, &request, &options, &form});
     }
 
 private:
