@@ -11,10 +11,8 @@
 
 namespace Ostrel::Networking {
 
-/// Orders header names without regard to letter case (RFC 9110, section 5.1): compares bytes
-/// converted by the C library's `tolower`. `tolower` uses the locale of the process, which must not
-/// change while maps with this ordering exist. In the classic locale, bytes above 127 compare by
-/// their unsigned values.
+/// Orders header names without regard to the case of the letters A to Z (RFC 9110, section 5.1), in
+/// every locale. All other bytes compare by their unsigned values.
 struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
     /// Whether `a` orders before `b`.
     bool operator()(std::string const& a, std::string const& b) const;

@@ -3,15 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "Networking/Ascii.h"
+
 namespace Ostrel::Networking {
 
 namespace {
 
-// Independent of the locale, unlike the functions of the C library.
-constexpr bool isDigit(char c) { return c >= '0' && c <= '9'; }
-constexpr bool isWord(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || isDigit(c) || c == '_';
-}
+constexpr bool isWord(char c) { return isAlphanumeric(c) || c == '_'; }
 constexpr bool isItemSeparator(char c) { return c == '?' || c == '&' || c == ';'; }
 constexpr bool isRunEnd(char c) { return c == ':' || c == '/' || c == '?'; }
 

@@ -8,7 +8,7 @@ PACKAGES=(
     g++ cmake ninja-build ccache pkg-config
     libcurl4-openssl-dev libgoogle-glog-dev
     libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
-    ca-certificates openssl tinyproxy-bin
+    ca-certificates locales openssl tinyproxy-bin
 )
 HOMEBREW_FORMULAE="cmake ninja ccache pkgconf cpr glog googletest google-benchmark cpp-httplib"
 # Suites of the distribution to search for libcpr's source package; the first match is used.

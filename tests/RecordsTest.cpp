@@ -1,3 +1,5 @@
+#include <cctype>
+#include <clocale>
 #include <cstdlib>
 #include <ctime>
 #include <memory>
@@ -9,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Networking/Cpr/ResponseHead.h"
 #include "Networking/Response.h"
 #include "Networking/Types.h"
 #include "Ostrel/NotNull.h"
@@ -28,6 +31,20 @@ TEST(CaseInsensitiveCompareTest, OrdersByLowerCase) {
     EXPECT_TRUE(CaseInsensitiveCompare()("\xc4", "\xe4")) << "of no letter";
     Request const request{Url(), {{"Content-Type", "1"}, {"content-type", "2"}}, {}};
     EXPECT_EQ(request.headers.at("CONTENT-TYPE"), "1");
+}
+
+TEST(CaseInsensitiveCompareTest, IsTheSameInATurkishLocale) {
+    // "I" is not the capital letter of "i" there.
+    setenv("LOCPATH", TURKISH_LOCALE_DIRECTORY, 1);
+    ASSERT_NE(std::setlocale(LC_ALL, "tr_TR.UTF-8"), nullptr);
+    ASSERT_NE(std::tolower('I'), 'i');
+    Request const request{Url(), {{"X-REQUEST-ID", "1"}, {"x-request-id", "2"}}};
+    auto const head = readResponseHead(
+        "HTTP/1.1 302 A: b\r\nTRANSFER-ENCODING: chunked\r\n\r\nHTTP/1.1 500 Evil: trailer\r\n");
+    std::setlocale(LC_ALL, "C");
+
+    EXPECT_EQ(request.headers.size(), 1U);
+    EXPECT_EQ(head.statusLine, "HTTP/1.1 302 A: b");
 }
 
 TEST(OptionsTest, LimitNothingUnlessTold) {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <utility>
 
-#include <strings.h>
+#include "Networking/Ascii.h"
 
 namespace Ostrel::Networking {
 
@@ -27,10 +27,18 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(0, text.find_last_not_of(" \t\r") + 1);
 }
 
+/// In any letter case, like libcurl.
+bool beginsWithProtocol(std::string_view line) {
+    constexpr std::string_view PROTOCOL = "http/";
+    return line.size() >= PROTOCOL.size() &&
+           std::equal(PROTOCOL.begin(), PROTOCOL.end(), line.begin(),
+                      [](char expected, char c) { return expected == toLower(c); });
+}
+
 /// The reason in a status line such as "HTTP/1.1 404 Not Found"; nothing for any other line. Like
-/// libcurl, accepts any letter case and more than one blank.
+/// libcurl, accepts more than one blank.
 std::optional<std::string_view> reasonOf(std::string_view line) {
-    if (line.size() < 5 || strncasecmp(line.data(), "HTTP/", 5) != 0) {
+    if (!beginsWithProtocol(line)) {
         return std::nullopt;
     }
     auto const versionEnd = line.find_first_not_of("0123456789.", 5);
