@@ -322,6 +322,8 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
         std::string proxy = {};
     };
     auto const url = server.url();
+    std::string const huge(1 << 20, 'x');
+    std::string const half(1 << 19, 'x');
     auto const header = [&url](std::string const& name, std::string const& value) {
         return Request{url, {{"A", "fit"}, {name, value}, {"Z", "fit"}}, {}};
     };
@@ -336,17 +338,27 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
              {"", {"no URL"s, {{"", ""}}, {}}},
              {"URL contains NUL", {url + "a\0b"s, {}, {}}},
              {"URL contains NUL", {"http://u\0@"s + server.authority(), {}, {}}},
-             {"header name is empty", header("", "v")},
-             {"header name contains NUL", header("X\0Y"s, "v")},
-             {"header name contains a line break", header("X\rY: 1", "v")},
-             {"header name contains a colon", header("X:", "v")},
-             {"header name contains a space", header("X ", "v")},
+             {"URL is too long", requestFor(url + "a?b=" + huge)},
+             {"header name is not a token", header("", "v")},
+             {"header name is not a token", header("X\0Y"s, "v")},
+             {"header name is not a token", header("X\rY: 1", "v")},
+             {"header name is not a token", header("X:", "v")},
+             {"header name is not a token", header("X ", "v")},
+             {"header name is not a token", header("X;y", "")},
+             {"header name is not a token", header("X\xe4", "v")},
+             {"header name is too long", header(huge, "v")},
              {"value of header X contains NUL", header("X", "v\0w"s)},
              {"value of header X contains a line break", header("X", "v\r\nY: 1")},
+             {"value of header X is blank", header("X", " \t")},
+             {"value of header X is too long", header("X", huge)},
+             {"value of cookie c is too long", cookie(huge)},
+             {"cookie name is too long", {url, {}, {{huge, "v"}}}},
+             {"request head is too long", {url, {{"X", half}}, {{"c", half}}}},
              {"value of cookie c contains a line break", cookie("\"v\r\nY: 1\"")},
              {"value of cookie c contains NUL", cookie("\"\0\""s)},
              {"proxy contains NUL", plain, {}, url + "\0"s},
-             {"part name contains a line break", plain, {{"n\r\n", "", ""}, {"ok", "", ""}}},
+             {"proxy is too long", plain, {}, "http://" + huge + ":80"},
+             {"part name contains a line break", plain, {{"ok", ""}, {"n\r\n", ""}}},
              {"content type of part n contains a line break", plain, {{"n", "", "a/b\nX: 1"}}},
              {"content type of part n contains NUL", plain, {{"n", "", "a\0b"s}}},
              {"value of part n contains NUL", plain, {{"n", "v\0w"s, ""}}},

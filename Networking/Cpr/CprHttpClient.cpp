@@ -138,16 +138,13 @@ Response refused(std::string reason) {
 /// `perform` adds the body and returns libcpr's response. That response keeps the connection open,
 /// so it is destroyed before the session, and both before this function returns.
 template <typename Perform>
-Response transfer(Request const& request, Options const& options, Perform perform,
-                  std::string formRefusal = {}) {
+Response transfer(Request const& request, MultiPart const& form, Options const& options,
+                  Perform perform) {
     if (!request.url.isValid()) {
         return {};
     }
-    if (auto refusal = refusalOf(request, options); !refusal.empty()) {
+    if (auto refusal = refusalOf(request, form, options); !refusal.empty()) {
         return refused(std::move(refusal));
-    }
-    if (!formRefusal.empty()) {
-        return refused(std::move(formRefusal));
     }
     auto const session = setupCprSession(request, options);
     return responsefromCprFormat(perform(*session));
@@ -156,16 +153,16 @@ Response transfer(Request const& request, Options const& options, Perform perfor
 }  // namespace
 
 Response CprHttpClient::get(Request const& request, Options const& options) {
-    return transfer(request, options, [](cpr::Session& session) { return session.Get(); });
+    return transfer(request, {}, options, [](cpr::Session& session) { return session.Get(); });
 }
 
 Response CprHttpClient::head(Request const& request, Options const& options) {
-    return transfer(request, options, [](cpr::Session& session) { return session.Head(); });
+    return transfer(request, {}, options, [](cpr::Session& session) { return session.Head(); });
 }
 
 Response CprHttpClient::post(Request const& request, std::string const& body,
                              Options const& options) {
-    return transfer(request, options, [&body](cpr::Session& session) {
+    return transfer(request, {}, options, [&body](cpr::Session& session) {
         session.SetOption(cpr::Body(body));
         return session.Post();
     });
@@ -181,7 +178,7 @@ Response CprHttpClient::post(Request const& request, MultiPart const& multiPart,
         session.SetOption(std::move(form));
         return session.Post();
     };
-    return transfer(request, options, perform, refusalOf(multiPart));
+    return transfer(request, multiPart, options, perform);
 }
 
 }  // namespace Ostrel::Networking

@@ -1,67 +1,81 @@
 #include "Networking/Cpr/WireFormat.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
+
+#include "Networking/Ascii.h"
 
 namespace Ostrel::Networking {
 
 namespace {
 
-constexpr bool isNulOrLineBreak(char c) { return c == '\0' || c == '\r' || c == '\n'; }
-constexpr bool isUnfitForHeaderName(char c) { return isNulOrLineBreak(c) || c == ':' || c == ' '; }
+/// In bytes: a text, or all texts of a request's head together. libcurl sends no longer head, and
+/// libcpr ignores that libcurl refuses an option of more than 8,000,000 bytes.
+constexpr std::size_t TOO_LONG = 1 << 20;
 
-std::string reasonOf(char c) {
-    switch (c) {
-        case '\0':
-            return " contains NUL";
-        case ':':
-            return " contains a colon";
-        case ' ':
-            return " contains a space";
-        default:
-            return " contains a line break";
-    }
+constexpr auto NOWHERE = std::string_view::npos;
+
+constexpr std::string_view NONE;
+constexpr std::string_view NUL("\0", 1);
+constexpr std::string_view NUL_AND_LINE_BREAKS("\0\r\n", 3);
+/// libcurl drops a header whose value consists of these.
+constexpr std::string_view BLANKS = " \t\v\f";
+
+/// Whether `text` is a token (RFC 9110, section 5.6.2).
+bool isToken(std::string_view text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+        return isAlphanumeric(c) || std::string_view("!#$%&'*+-.^_`|~").find(c) != NOWHERE;
+    });
 }
 
 /// Why `text`, the `field` of `owner`, is refused; empty if it is not.
-template <typename Predicate>
 std::string refusalOfText(std::string_view field, std::string_view owner, std::string_view text,
-                          Predicate isUnfit) {
-    auto const found = std::find_if(text.begin(), text.end(), isUnfit);
-    return found == text.end() ? std::string()
-                               : std::string(field).append(owner).append(reasonOf(*found));
-}
-
-std::string refusalOfNul(std::string_view field, std::string_view owner, std::string_view text) {
-    return text.find('\0') == std::string_view::npos
-               ? std::string()
-               : std::string(field).append(owner).append(reasonOf('\0'));
+                          std::string_view unfit) {
+    auto const because = [&](std::string_view reason) {
+        return std::string(field).append(owner).append(reason);
+    };
+    if (text.size() >= TOO_LONG) {
+        return because(" is too long");
+    }
+    auto const found = text.find_first_of(unfit);
+    if (found == NOWHERE) {
+        return {};
+    }
+    return because(text[found] == '\0' ? " contains NUL" : " contains a line break");
 }
 
 std::string refusalOfHeader(std::string const& name, std::string const& value) {
-    if (name.empty()) {
-        return "header name is empty";
+    if (auto refusal = refusalOfText("header name", "", name, NONE); !refusal.empty()) {
+        return refusal;
     }
-    auto const refusal = refusalOfText("header name", "", name, isUnfitForHeaderName);
-    return !refusal.empty() ? refusal
-                            : refusalOfText("value of header ", name, value, isNulOrLineBreak);
+    if (!isToken(name)) {
+        return "header name is not a token";
+    }
+    if (!value.empty() && value.find_first_not_of(BLANKS) == NOWHERE) {
+        return "value of header " + name + " is blank";
+    }
+    return refusalOfText("value of header ", name, value, NUL_AND_LINE_BREAKS);
 }
 
-/// libcpr sends a value in double quotes unchanged and percent-encodes all others.
 std::string refusalOfCookie(std::string const& name, std::string const& value) {
+    if (auto refusal = refusalOfText("cookie name", "", name, NONE); !refusal.empty()) {
+        return refusal;
+    }
+    // libcpr sends a value in double quotes unchanged and percent-encodes all others.
     auto const isSentAsIs = !value.empty() && value.front() == '"' && value.back() == '"';
-    return isSentAsIs ? refusalOfText("value of cookie ", name, value, isNulOrLineBreak)
-                      : std::string();
+    return refusalOfText("value of cookie ", name, value, isSentAsIs ? NUL_AND_LINE_BREAKS : NONE);
 }
 
 std::string refusalOfPart(MultiPart::Part const& part) {
-    if (auto refusal = refusalOfText("part name", "", part.name, isNulOrLineBreak);
+    if (auto refusal = refusalOfText("part name", "", part.name, NUL_AND_LINE_BREAKS);
         !refusal.empty()) {
         return refusal;
     }
-    auto const refusal =
-        refusalOfText("content type of part ", part.name, part.contentType, isNulOrLineBreak);
-    return !refusal.empty() ? refusal : refusalOfNul("value of part ", part.name, part.value);
+    if (part.value.find('\0') != NOWHERE) {
+        return "value of part " + part.name + " contains NUL";
+    }
+    return refusalOfText("content type of part ", part.name, part.contentType, NUL_AND_LINE_BREAKS);
 }
 
 }  // namespace
@@ -72,35 +86,38 @@ Url urlForSession(Url url) {
     return url;
 }
 
-std::string refusalOf(Request const& request, Options const& options) {
-    // NUL is allowed in parameters and anchor, so a text that contains it is checked without them.
-    auto refusal = refusalOfNul("URL", "", request.url.toString());
-    if (!refusal.empty()) {
-        refusal = refusalOfNul("URL", "", urlForSession(request.url).toString());
-    }
-    if (!refusal.empty()) {
+std::string refusalOf(Request const& request, MultiPart const& form, Options const& options) {
+    auto const url = request.url.toString();
+    if (auto refusal = refusalOfText("URL", "", url, NONE); !refusal.empty()) {
         return refusal;
     }
+    // Parameters are percent-encoded, and the anchor is not sent: both may contain NUL.
+    if (auto refusal = refusalOfText("URL", "", urlForSession(request.url).toString(), NUL);
+        !refusal.empty()) {
+        return refusal;
+    }
+    auto size = url.size();
     for (auto const& [name, value] : request.headers) {
-        if (refusal = refusalOfHeader(name, value); !refusal.empty()) {
+        if (auto refusal = refusalOfHeader(name, value); !refusal.empty()) {
             return refusal;
         }
+        size += name.size() + value.size();
     }
     for (auto const& [name, value] : request.cookies) {
-        if (refusal = refusalOfCookie(name, value); !refusal.empty()) {
+        if (auto refusal = refusalOfCookie(name, value); !refusal.empty()) {
             return refusal;
         }
+        size += name.size() + value.size();
     }
-    return refusalOfNul("proxy", "", options.proxy);
-}
-
-std::string refusalOf(MultiPart const& multiPart) {
-    for (auto const& part : multiPart.parts) {
+    if (size >= TOO_LONG) {
+        return "request head is too long";
+    }
+    for (auto const& part : form.parts) {
         if (auto refusal = refusalOfPart(part); !refusal.empty()) {
             return refusal;
         }
     }
-    return {};
+    return refusalOfText("proxy", "", options.proxy, NUL);
 }
 
 }  // namespace Ostrel::Networking
