@@ -16,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include "Ostrel/Time/SteadyClock.h"
 #include "examples/LocalServer.h"
 #include "tests/Support/Operations.h"
 #include "tests/Support/RawServer.h"
@@ -371,6 +372,8 @@ TEST(RefusalTest, KeepsFromTheWireWhatItCannotCarry) {
     EXPECT_EQ(server.connections(), 0);
 }
 
+std::int64_t microseconds() { return Time::SteadyClock().Now(); }
+
 int openDescriptors() {
     int count = 0;
     for (int descriptor = 0; descriptor < 256; ++descriptor) {
@@ -395,7 +398,10 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
              {"nothing", hangUp, {EMPTY}},
              {"garbage without end", endless("", "\xfe"), {ErrorCode::UnsupportedProtocol, BROKEN}},
              // Unknown where libcpr was built for a libcurl without a limit on headers.
-             {"headers without end", endless(ok, "X: 1\r\n"), {BROKEN, UNKNOWN, RECEIVE, LATE}},
+             {"headers without end", endless(ok, "X: 1\r\n"), {BROKEN, UNKNOWN, RECEIVE}},
+             {"trailers without end",
+              endless(ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n", "X: 1\r\n"),
+              {BROKEN, UNKNOWN, RECEIVE}},
              {"stall in the head", endless(ok + "X: 1\r\nY"), {LATE}},
              {"stall in the handshake", endless("\x16\x03\x03\x40"), {LATE}, "https"},
              {"no handshake",
@@ -419,6 +425,43 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
         EXPECT_THAT(outcomes, ::testing::Contains(response.error.code)) << response.error.message;
         server.reset();
         EXPECT_EQ(openDescriptors(), before);
+    }
+}
+
+TEST(HostileServerTest, EndsInTimeWhileABodyDecompresses) {
+    // 128 KiB of zeros. Without a limit of our own, all would be decompressed and delivered without
+    // a look at the clock, as they arrive in one piece.
+    std::string const zeros(127, '\0');
+    std::vector<std::pair<std::string, std::string>> const rows = {
+        {"gzip", "\x1f\x8b\x08\0\0\0\0\0\2\3\xed\xc1\x31\1\0\0\0\xc2\xa0\xf5\x4f\xed\x61\r\xa0"s +
+                     zeros + "\x6e\xcd\xcd\xe8\x7e\0\0\2\0"s},
+        {"deflate",
+         "\x78\xda\xed\xc1\x31\1\0\0\0\xc2\xa0\xf5\x4f\xed\x61\r\xa0"s + zeros + "\x6e\0\x1e\0\1"s},
+        {"br", "\x5f\xff\xff\x81\x7f\2\x20\x1e\x0b\4\x72\xef\3\0"s},
+        {"zstd", "\x28\xb5\x2f\xfd\0\x68\x4d\0\0\x08\0\1\0\xfc\xff\x39\x10\2"s},
+    };
+    for (auto const& [coding, body] : rows) {
+        SCOPED_TRACE(coding);
+        std::vector<std::string> requests;
+        RawServer server(answering("HTTP/1.1 200 OK\r\nContent-Encoding: " + coding +
+                                       "\r\nContent-Length: " + std::to_string(body.size()) +
+                                       "\r\n\r\n" + body,
+                                   &requests));
+        auto pieces = 0;
+        auto options = patient();
+        options.timeout = 200'000;
+        options.onData = [&pieces, end = microseconds() + options.timeout](std::string const&) {
+            ++pieces;
+            while (microseconds() <= end) {
+            }
+        };
+        auto const response = get(server.url(), options);
+
+        // The libcurl of the system may lack a coding.
+        if (!requests.empty() && requests[0].find(coding) != std::string::npos) {
+            EXPECT_EQ(response.error.code, LATE) << response.error.message;
+            EXPECT_LE(pieces, 1);
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -92,20 +93,75 @@ TEST(ProgressCallbackTest, AsksForCancellationOnEveryEventAfterTheReport) {
     EXPECT_EQ(calls, "cpcc");
 }
 
-TEST(WriteCallbackTest, MovesPiecesUntilCancelled) {
+TEST(ResponseCollectorTest, CollectsHeadsAndBody) {
+    Options const options;
+    ResponseCollector collector(options);
+    EXPECT_TRUE(collector.addHead("HTTP/1.1 200 OK\r\n"));
+    EXPECT_TRUE(collector.addHead("\r\n"));
+    EXPECT_TRUE(collector.addBody(std::string("a\0b", 3)));
+    EXPECT_TRUE(collector.addBody(std::string_view("cd")));
+
+    EXPECT_EQ(collector.heads(), "HTTP/1.1 200 OK\r\n\r\n");
+    EXPECT_EQ(collector.takeBody(), std::string("a\0bcd", 5));
+    EXPECT_FALSE(collector.refusal());
+}
+
+TEST(ResponseCollectorTest, MovesPiecesToOnDataUntilCancelled) {
     std::vector<std::string> pieces;
     Options options;
     options.isCancelled = [&pieces] { return pieces.size() == 2; };
-    options.onData = [&pieces](std::string chunk) { pieces.push_back(std::move(chunk)); };
-    WriteCallback callback(options);
-    std::string chunk(100, 'x');
-    auto const* const bytes = chunk.data();
-    EXPECT_TRUE(callback(std::move(chunk), 0));
+    options.onData = [&pieces](std::string piece) { pieces.push_back(std::move(piece)); };
+    ResponseCollector collector(options);
+    std::string piece(100, 'x');
+    auto const* const bytes = piece.data();
+
+    EXPECT_TRUE(collector.addBody(std::move(piece)));
     EXPECT_TRUE(pieces.at(0).data() == bytes) << "the piece was copied";
-    EXPECT_TRUE(callback(std::string_view("a\0b", 3), 0));
+    EXPECT_TRUE(collector.addBody(std::string_view("a\0b", 3)));
     EXPECT_EQ(pieces.at(1), std::string("a\0b", 3));
-    EXPECT_FALSE(callback(std::string_view("dropped"), 0));
+    EXPECT_FALSE(collector.addBody(std::string_view("dropped")));
     EXPECT_EQ(pieces.size(), 2U);
+    EXPECT_EQ(collector.takeBody(), "");
+    EXPECT_FALSE(collector.refusal()) << "libcurl reports a cancellation itself";
+}
+
+TEST(ResponseCollectorTest, RefusesWhatComesAfterTheTimeLimit) {
+    struct Row {
+        std::int64_t timeout;
+        bool isLimited;
+    };
+    for (auto const& [timeout, isLimited] :
+         {Row{1000, true}, Row{999, false}, Row{-1000, false},
+          Row{std::numeric_limits<std::int64_t>::max(), false}}) {
+        SCOPED_TRACE(timeout);
+        Options options;
+        options.timeout = timeout;
+        ResponseCollector collector(options);
+        auto const start = SteadyClock().Now();
+        while (SteadyClock().Now() < start + 1000) {
+        }
+
+        EXPECT_EQ(collector.addHead("X: 1\r\n"), !isLimited);
+        EXPECT_EQ(collector.addBody(std::string_view("x")), !isLimited);
+        EXPECT_EQ(collector.takeBody(), isLimited ? "" : "x");
+        ASSERT_EQ(collector.refusal().has_value(), isLimited);
+        if (isLimited) {
+            EXPECT_EQ(collector.refusal()->code, ErrorCode::OperationTimedOut);
+        }
+    }
+}
+
+TEST(ResponseCollectorTest, RefusesHeadsOfMoreThanAMebibyteTogether) {
+    Options const options;
+    ResponseCollector collector(options);
+    std::string const half(1 << 19, 'x');
+    EXPECT_TRUE(collector.addHead(half));
+    EXPECT_TRUE(collector.addHead(half));
+    EXPECT_TRUE(collector.addBody(std::string_view("a body has no limit")));
+    EXPECT_FALSE(collector.refusal());
+    EXPECT_FALSE(collector.addHead("x"));
+    ASSERT_TRUE(collector.refusal());
+    EXPECT_EQ(collector.refusal()->code, ErrorCode::InternalError);
 }
 
 }  // namespace

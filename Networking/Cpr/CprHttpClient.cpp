@@ -1,6 +1,8 @@
 #include "Networking/Cpr/CprHttpClient.h"
 
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <stdexcept>
@@ -40,8 +42,6 @@ void setupCurlHandle(cpr::Session& session) {
     setCurlOption(handle, CURLOPT_NOPROXY, "");
     // A proxy's response to CONNECT is not a response to the request.
     setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    // Otherwise a call waits for a name lookup that outlasts its time limit or its cancellation.
-    setCurlOption(handle, CURLOPT_QUICK_EXIT, 1L);
     // Otherwise libcurl replaces the SIGPIPE handler during a transfer, which affects other
     // threads.
     setCurlOption(handle, CURLOPT_NOSIGNAL, 1L);
@@ -53,6 +53,33 @@ void setupCurlHandle(cpr::Session& session) {
         setCurlOption(handle, option, long{CURLPROTO_HTTP | CURLPROTO_HTTPS});
     }
 #pragma GCC diagnostic pop
+#if LIBCURL_VERSION_NUM >= 0x075700
+    // Lets a call end without waiting for a name lookup that outlasts it. A libcurl without this
+    // option, older than 7.87, waits; nothing else depends on it.
+    curl_easy_setopt(handle, CURLOPT_QUICK_EXIT, 1L);
+#endif
+}
+
+/// libcurl reads a body through this function if it could not copy it, which libcpr ignores;
+/// without it, libcurl would send the standard input of the process.
+std::size_t refuseToRead(char*, std::size_t, std::size_t, void* collector) {
+    static_cast<ResponseCollector*>(collector)->refuse(ErrorCode::InternalError,
+                                                       "The transport could not copy the body");
+    return CURL_READFUNC_ABORT;
+}
+
+/// Lets `collector`, which must outlive the session, receive the response.
+void collectResponse(cpr::Session& session, ResponseCollector& collector) {
+    session.SetOption(cpr::HeaderCallback(
+        [&collector](auto&& line, std::intptr_t) { return collector.addHead(line); }, 0));
+    session.SetOption(cpr::WriteCallback(
+        [&collector](auto&& piece, std::intptr_t) {
+            return collector.addBody(std::forward<decltype(piece)>(piece));
+        },
+        0));
+    auto* const handle = session.GetCurlHolder()->handle;
+    setCurlOption(handle, CURLOPT_READFUNCTION, &refuseToRead);
+    setCurlOption(handle, CURLOPT_READDATA, static_cast<void*>(&collector));
 }
 
 cpr::Parameters parametersOf(Url const& url) {
@@ -79,10 +106,13 @@ cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
     return cpr::Proxies{{protocol, url.host() + ":" + url.port()}};
 }
 
-/// Makes a session that is ready to perform. It refers to `options`, which must outlive it.
-std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options) {
+/// Makes a session that is ready to perform. It refers to `options` and `collector`, which must
+/// outlive it.
+std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options,
+                                              ResponseCollector& collector) {
     auto session = std::make_unique<cpr::Session>();
     setupCurlHandle(*session);
+    collectResponse(*session, collector);
     auto const url = urlForSession(request.url);
     session->SetOption(cpr::Url(url.toString()));
     session->SetOption(parametersOf(request.url));
@@ -98,9 +128,6 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     if (!options.proxy.empty()) {
         session->SetProxies(proxiesFor(url.protocol(), options.proxy));
     }
-    if (options.onData) {
-        session->SetOption(cpr::WriteCallback(WriteCallback(options), 0));
-    }
     session->SetOption(cpr::ProgressCallback(ProgressCallback(options), 0));
     if (options.lowSpeedLimit > 0 && options.lowSpeedTime > 0) {
         session->SetLowSpeed(Compatibility::lowSpeed(options.lowSpeedLimit, options.lowSpeedTime));
@@ -108,23 +135,25 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     return session;
 }
 
-/// Moves the fields of `response` into a `Response`. If a cookie name repeats, the first value is
-/// kept. The head is read from its raw text, because libcpr's own fields mix the heads of a
-/// transfer.
-Response responsefromCprFormat(cpr::Response&& response) {
+/// Moves the fields of `response`, and what was collected for it, into a `Response`. If a cookie
+/// name repeats, the first value is kept.
+Response responsefromCprFormat(cpr::Response&& response, ResponseCollector& collected) {
     // If a redirect leads through a proxy that refuses it, libcurl has no status, but a head.
-    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(response.raw_header);
+    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(collected.heads());
     Response result;
     result.statusCode = static_cast<std::int32_t>(response.status_code);
     result.statusLine = std::move(head.statusLine);
     result.reason = std::move(head.reason);
-    result.body = std::move(response.text);
+    result.body = collected.takeBody();
     result.headers = std::move(head.headers);
     for (auto cookie = response.cookies.cbegin(); cookie != response.cookies.cend(); ++cookie) {
         result.cookies.emplace(cookie->GetName(), cookie->GetValue());
     }
     result.error.code = Compatibility::errorCodeOf(response.error.code);
     result.error.message = std::move(response.error.message);
+    if (collected.refusal()) {
+        result.error = *collected.refusal();
+    }
     return result;
 }
 
@@ -146,8 +175,9 @@ Response transfer(Request const& request, MultiPart const& form, Options const& 
     if (auto refusal = refusalOf(request, form, options); !refusal.empty()) {
         return refused(std::move(refusal));
     }
-    auto const session = setupCprSession(request, options);
-    return responsefromCprFormat(perform(*session));
+    ResponseCollector collector(options);
+    auto const session = setupCprSession(request, options, collector);
+    return responsefromCprFormat(perform(*session), collector);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "Networking/Cpr/TransferCallbacks.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "Ostrel/Time/SteadyClock.h"
@@ -11,6 +12,12 @@ namespace {
 /// In bytes. Downloads with a smaller total end before a report is useful.
 constexpr std::uint64_t MIN_REPORTED_TOTAL = 1024;
 
+/// In bytes, all heads and trailers of a transfer together.
+constexpr std::size_t MAX_HEADS_SIZE = 1 << 20;
+
+/// In microseconds. A shorter one is 0 in milliseconds, which is none for libcurl.
+constexpr std::int64_t SHORTEST_TIMEOUT = 1000;
+
 }  // namespace
 
 std::function<bool()> cancellationCheck(Options const& options) {
@@ -20,19 +27,48 @@ std::function<bool()> cancellationCheck(Options const& options) {
     return [] { return false; };
 }
 
-WriteCallback::WriteCallback(Options const& options)
-    : options_(&options), isCancelled_(cancellationCheck(options)) {}
+ResponseCollector::ResponseCollector(Options const& options)
+    : options_(&options),
+      isCancelled_(cancellationCheck(options)),
+      startTime_(Time::SteadyClock().Now()) {}
 
-bool WriteCallback::operator()(std::string chunk, std::intptr_t) {
-    if (isCancelled_()) {
+bool ResponseCollector::addHead(std::string_view line) {
+    if (heads_.size() + line.size() > MAX_HEADS_SIZE) {
+        refuse(ErrorCode::InternalError, "The heads of the response are too long");
         return false;
     }
-    options_->onData(std::move(chunk));
+    heads_.append(line);
+    return isInTime();
+}
+
+bool ResponseCollector::addBody(std::string&& piece) { return addPiece(std::move(piece)); }
+
+bool ResponseCollector::addBody(std::string_view piece) { return addPiece(piece); }
+
+template <typename Piece>
+bool ResponseCollector::addPiece(Piece&& piece) {
+    if (isCancelled_() || !isInTime()) {
+        return false;
+    }
+    if (options_->onData) {
+        options_->onData(std::string(std::forward<Piece>(piece)));
+    } else {
+        body_.append(piece);
+    }
     return true;
 }
 
-bool WriteCallback::operator()(std::string_view chunk, std::intptr_t userData) {
-    return (*this)(std::string(chunk), userData);
+void ResponseCollector::refuse(ErrorCode code, char const* message) {
+    refusal_ = Error{code, message};
+}
+
+bool ResponseCollector::isInTime() {
+    if (options_->timeout < SHORTEST_TIMEOUT ||
+        Time::SteadyClock().Now() - startTime_ < options_->timeout) {
+        return true;
+    }
+    refuse(ErrorCode::OperationTimedOut, "The time limit was reached while data arrived");
+    return false;
 }
 
 ProgressCallback::ProgressCallback(Options const& options)

@@ -1,0 +1,62 @@
+#include <cstdarg>
+#include <stdexcept>
+
+#include <curl/curl.h>
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include "tests/Support/Operations.h"
+#include "tests/Support/RawServer.h"
+
+#undef curl_easy_setopt
+
+namespace {
+
+// By number: deprecated, or unknown to older headers.
+constexpr auto PROTOCOLS = static_cast<CURLoption>(181);
+constexpr auto REDIR_PROTOCOLS = static_cast<CURLoption>(182);
+constexpr auto QUICK_EXIT = static_cast<CURLoption>(322);
+
+constexpr auto NONE = CURLOPT_LASTENTRY;
+CURLoption refusedOption = NONE;
+
+}  // namespace
+
+/// Replaces libcurl's function in the test program: refuses one option, as a libcurl does that is
+/// older than the option.
+extern "C" CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...) {
+    if (option == refusedOption) {
+        return CURLE_UNKNOWN_OPTION;
+    }
+    va_list arguments;
+    va_start(arguments, option);
+    auto* const value = va_arg(arguments, void*);
+    va_end(arguments);
+    using Function = CURLcode (*)(CURL*, CURLoption, ...);
+    static auto const real = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "curl_easy_setopt"));
+    return real(handle, option, value);
+}
+
+namespace Ostrel::Networking {
+namespace {
+
+TEST(RefusedOptionTest, EndsTheCallIfAPromiseStandsOnIt) {
+    Testing::RawServer server(Testing::answering(Testing::EMPTY_OK));
+    for (auto const option : {CURLOPT_PROXY, CURLOPT_NOPROXY, CURLOPT_SUPPRESS_CONNECT_HEADERS,
+                              CURLOPT_NOSIGNAL, PROTOCOLS, REDIR_PROTOCOLS, CURLOPT_READFUNCTION}) {
+        refusedOption = option;
+        EXPECT_THROW((void)Testing::get(server.url()), std::runtime_error) << option;
+    }
+    refusedOption = NONE;
+    EXPECT_EQ(server.connections(), 0);
+}
+
+TEST(RefusedOptionTest, DoesNotMatterIfItIsAComfort) {
+    Testing::RawServer server(Testing::answering(Testing::EMPTY_OK));
+    refusedOption = QUICK_EXIT;
+    EXPECT_EQ(Testing::get(server.url()).error.code, ErrorCode::Ok);
+    refusedOption = NONE;
+}
+
+}  // namespace
+}  // namespace Ostrel::Networking
