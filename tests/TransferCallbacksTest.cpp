@@ -16,7 +16,7 @@ namespace {
 
 using Time::SteadyClock;
 
-TEST(ProgressCallbackTest, ReportsWithinItsLimits) {
+TEST(ProgressTest, ReportsWithinItsLimits) {
     constexpr auto ENDLESS = std::numeric_limits<std::int64_t>::max();
     struct Event {
         std::int64_t interval, downloaded, total;
@@ -48,20 +48,20 @@ TEST(ProgressCallbackTest, ReportsWithinItsLimits) {
             EXPECT_EQ(total, current.total);
             reports.push_back(downloaded);
         };
-        ProgressCallback callback(options);
+        TransferCallbacks callbacks(options);
         for (auto const& event : row.events) {
             current = event;
             options.progressInterval = event.interval;
             auto const before = SteadyClock().Now();
             while (SteadyClock().Now() == before) {
             }
-            EXPECT_TRUE(callback(event.total, event.downloaded, 0, 0, 0));
+            EXPECT_TRUE(callbacks.addProgress(event.total, event.downloaded));
         }
         EXPECT_EQ(reports, row.reports);
     }
 }
 
-TEST(ProgressCallbackTest, ReportsOnceInAnIntervalOfMicroseconds) {
+TEST(ProgressTest, ReportsOnceInAnIntervalOfMicroseconds) {
     using std::chrono::steady_clock;
     constexpr auto FEW = std::chrono::milliseconds(4);
     constexpr auto MANY = 1000 * FEW;
@@ -69,63 +69,63 @@ TEST(ProgressCallbackTest, ReportsOnceInAnIntervalOfMicroseconds) {
     Options options;
     options.progressInterval = 1000;
     options.onProgress = [&reports](std::int64_t, std::int64_t) { ++reports; };
-    ProgressCallback callback(options);
+    TransferCallbacks callbacks(options);
 
     auto const start = steady_clock::now();
     for (int downloaded = 1; reports < 5 && steady_clock::now() - start < MANY; ++downloaded) {
-        callback(4096, downloaded, 0, 0, 0);
+        callbacks.addProgress(4096, downloaded);
     }
     EXPECT_EQ(reports, 5);
     EXPECT_GE(steady_clock::now() - start, FEW);
     EXPECT_LT(steady_clock::now() - start, MANY);
 }
 
-TEST(ProgressCallbackTest, AsksForCancellationOnEveryEventAfterTheReport) {
+TEST(ProgressTest, AsksForCancellationOnEveryEventAfterTheReport) {
     std::string calls;
     Options options;
     options.isCancelled = [&calls] { return calls += 'c', calls.size() > 3; };
     options.onProgress = [&calls](std::int64_t, std::int64_t) { calls += 'p'; };
-    ProgressCallback callback(options);
+    TransferCallbacks callbacks(options);
 
-    EXPECT_TRUE(callback(0, 0, 0, 7, 0));
-    EXPECT_TRUE(callback(4096, 5, 0, 0, 0));
-    EXPECT_FALSE(callback(4096, 5, 0, 0, 0));
+    EXPECT_TRUE(callbacks.addProgress(0, 0));
+    EXPECT_TRUE(callbacks.addProgress(4096, 5));
+    EXPECT_FALSE(callbacks.addProgress(4096, 5));
     EXPECT_EQ(calls, "cpcc");
 }
 
-TEST(ResponseCollectorTest, CollectsHeadsAndBody) {
+TEST(CollectionTest, CollectsHeadsAndBody) {
     Options const options;
-    ResponseCollector collector(options);
-    EXPECT_TRUE(collector.addHead("HTTP/1.1 200 OK\r\n"));
-    EXPECT_TRUE(collector.addHead("\r\n"));
-    EXPECT_TRUE(collector.addBody(std::string("a\0b", 3)));
-    EXPECT_TRUE(collector.addBody(std::string_view("cd")));
+    TransferCallbacks callbacks(options);
+    EXPECT_TRUE(callbacks.addHead("HTTP/1.1 200 OK\r\n"));
+    EXPECT_TRUE(callbacks.addHead("\r\n"));
+    EXPECT_TRUE(callbacks.addBody(std::string("a\0b", 3)));
+    EXPECT_TRUE(callbacks.addBody(std::string_view("cd")));
 
-    EXPECT_EQ(collector.heads(), "HTTP/1.1 200 OK\r\n\r\n");
-    EXPECT_EQ(collector.takeBody(), std::string("a\0bcd", 5));
-    EXPECT_FALSE(collector.refusal());
+    EXPECT_EQ(callbacks.heads(), "HTTP/1.1 200 OK\r\n\r\n");
+    EXPECT_EQ(callbacks.takeBody(), std::string("a\0bcd", 5));
+    EXPECT_FALSE(callbacks.refusal());
 }
 
-TEST(ResponseCollectorTest, MovesPiecesToOnDataUntilCancelled) {
+TEST(CollectionTest, MovesPiecesToOnDataUntilCancelled) {
     std::vector<std::string> pieces;
     Options options;
     options.isCancelled = [&pieces] { return pieces.size() == 2; };
     options.onData = [&pieces](std::string piece) { pieces.push_back(std::move(piece)); };
-    ResponseCollector collector(options);
+    TransferCallbacks callbacks(options);
     std::string piece(100, 'x');
     auto const* const bytes = piece.data();
 
-    EXPECT_TRUE(collector.addBody(std::move(piece)));
+    EXPECT_TRUE(callbacks.addBody(std::move(piece)));
     EXPECT_TRUE(pieces.at(0).data() == bytes) << "the piece was copied";
-    EXPECT_TRUE(collector.addBody(std::string_view("a\0b", 3)));
+    EXPECT_TRUE(callbacks.addBody(std::string_view("a\0b", 3)));
     EXPECT_EQ(pieces.at(1), std::string("a\0b", 3));
-    EXPECT_FALSE(collector.addBody(std::string_view("dropped")));
+    EXPECT_FALSE(callbacks.addBody(std::string_view("dropped")));
     EXPECT_EQ(pieces.size(), 2U);
-    EXPECT_EQ(collector.takeBody(), "");
-    EXPECT_FALSE(collector.refusal()) << "libcurl reports a cancellation itself";
+    EXPECT_EQ(callbacks.takeBody(), "");
+    EXPECT_FALSE(callbacks.refusal()) << "libcurl reports a cancellation itself";
 }
 
-TEST(ResponseCollectorTest, RefusesWhatComesAfterTheTimeLimit) {
+TEST(CollectionTest, RefusesWhatComesAfterTheTimeLimit) {
     struct Row {
         std::int64_t timeout;
         bool isLimited;
@@ -136,32 +136,32 @@ TEST(ResponseCollectorTest, RefusesWhatComesAfterTheTimeLimit) {
         SCOPED_TRACE(timeout);
         Options options;
         options.timeout = timeout;
-        ResponseCollector collector(options);
+        TransferCallbacks callbacks(options);
         auto const start = SteadyClock().Now();
         while (SteadyClock().Now() < start + 1000) {
         }
 
-        EXPECT_EQ(collector.addHead("X: 1\r\n"), !isLimited);
-        EXPECT_EQ(collector.addBody(std::string_view("x")), !isLimited);
-        EXPECT_EQ(collector.takeBody(), isLimited ? "" : "x");
-        ASSERT_EQ(collector.refusal().has_value(), isLimited);
+        EXPECT_EQ(callbacks.addHead("X: 1\r\n"), !isLimited);
+        EXPECT_EQ(callbacks.addBody(std::string_view("x")), !isLimited);
+        EXPECT_EQ(callbacks.takeBody(), isLimited ? "" : "x");
+        ASSERT_EQ(callbacks.refusal().has_value(), isLimited);
         if (isLimited) {
-            EXPECT_EQ(collector.refusal()->code, ErrorCode::OperationTimedOut);
+            EXPECT_EQ(callbacks.refusal()->code, ErrorCode::OperationTimedOut);
         }
     }
 }
 
-TEST(ResponseCollectorTest, RefusesHeadsOfMoreThanAMebibyteTogether) {
+TEST(CollectionTest, RefusesHeadsOfMoreThanAMebibyteTogether) {
     Options const options;
-    ResponseCollector collector(options);
+    TransferCallbacks callbacks(options);
     std::string const half(1 << 19, 'x');
-    EXPECT_TRUE(collector.addHead(half));
-    EXPECT_TRUE(collector.addHead(half));
-    EXPECT_TRUE(collector.addBody(std::string_view("a body has no limit")));
-    EXPECT_FALSE(collector.refusal());
-    EXPECT_FALSE(collector.addHead("x"));
-    ASSERT_TRUE(collector.refusal());
-    EXPECT_EQ(collector.refusal()->code, ErrorCode::InternalError);
+    EXPECT_TRUE(callbacks.addHead(half));
+    EXPECT_TRUE(callbacks.addHead(half));
+    EXPECT_TRUE(callbacks.addBody(std::string_view("a body has no limit")));
+    EXPECT_FALSE(callbacks.refusal());
+    EXPECT_FALSE(callbacks.addHead("x"));
+    ASSERT_TRUE(callbacks.refusal());
+    EXPECT_EQ(callbacks.refusal()->code, ErrorCode::InternalError);
 }
 
 }  // namespace

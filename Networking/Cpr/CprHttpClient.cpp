@@ -62,24 +62,28 @@ void setupCurlHandle(cpr::Session& session) {
 
 /// libcurl reads a body through this function if it could not copy it, which libcpr ignores;
 /// without it, libcurl would send the standard input of the process.
-std::size_t refuseToRead(char*, std::size_t, std::size_t, void* collector) {
-    static_cast<ResponseCollector*>(collector)->refuse(ErrorCode::InternalError,
+std::size_t refuseToRead(char*, std::size_t, std::size_t, void* callbacks) {
+    static_cast<TransferCallbacks*>(callbacks)->refuse(ErrorCode::InternalError,
                                                        "The transport could not copy the body");
     return CURL_READFUNC_ABORT;
 }
 
-/// Lets `collector`, which must outlive the session, receive the response.
-void collectResponse(cpr::Session& session, ResponseCollector& collector) {
+void setCallbacks(cpr::Session& session, TransferCallbacks& callbacks) {
     session.SetOption(cpr::HeaderCallback(
-        [&collector](auto&& line, std::intptr_t) { return collector.addHead(line); }, 0));
+        [&callbacks](auto&& line, std::intptr_t) { return callbacks.addHead(line); }, 0));
     session.SetOption(cpr::WriteCallback(
-        [&collector](auto&& piece, std::intptr_t) {
-            return collector.addBody(std::forward<decltype(piece)>(piece));
+        [&callbacks](auto&& piece, std::intptr_t) {
+            return callbacks.addBody(std::forward<decltype(piece)>(piece));
+        },
+        0));
+    session.SetOption(cpr::ProgressCallback(
+        [&callbacks](auto total, auto downloaded, auto, auto, std::intptr_t) {
+            return callbacks.addProgress(total, downloaded);
         },
         0));
     auto* const handle = session.GetCurlHolder()->handle;
     setCurlOption(handle, CURLOPT_READFUNCTION, &refuseToRead);
-    setCurlOption(handle, CURLOPT_READDATA, static_cast<void*>(&collector));
+    setCurlOption(handle, CURLOPT_READDATA, static_cast<void*>(&callbacks));
 }
 
 cpr::Parameters parametersOf(Url const& url) {
@@ -106,13 +110,11 @@ cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
     return cpr::Proxies{{protocol, url.host() + ":" + url.port()}};
 }
 
-/// Makes a session that is ready to perform. It refers to `options` and `collector`, which must
-/// outlive it.
+/// Makes a session that is ready to perform. It refers to `callbacks`, which must outlive it.
 std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options,
-                                              ResponseCollector& collector) {
+                                              TransferCallbacks& callbacks) {
     auto session = std::make_unique<cpr::Session>();
     setupCurlHandle(*session);
-    collectResponse(*session, collector);
     auto const url = urlForSession(request.url);
     session->SetOption(cpr::Url(url.toString()));
     session->SetOption(parametersOf(request.url));
@@ -128,31 +130,31 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     if (!options.proxy.empty()) {
         session->SetProxies(proxiesFor(url.protocol(), options.proxy));
     }
-    session->SetOption(cpr::ProgressCallback(ProgressCallback(options), 0));
+    setCallbacks(*session, callbacks);
     if (options.lowSpeedLimit > 0 && options.lowSpeedTime > 0) {
         session->SetLowSpeed(Compatibility::lowSpeed(options.lowSpeedLimit, options.lowSpeedTime));
     }
     return session;
 }
 
-/// Moves the fields of `response`, and what was collected for it, into a `Response`. If a cookie
+/// Moves the fields of `response`, and what `callbacks` collected, into a `Response`. If a cookie
 /// name repeats, the first value is kept.
-Response responsefromCprFormat(cpr::Response&& response, ResponseCollector& collected) {
+Response responsefromCprFormat(cpr::Response&& response, TransferCallbacks& callbacks) {
     // If a redirect leads through a proxy that refuses it, libcurl has no status, but a head.
-    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(collected.heads());
+    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(callbacks.heads());
     Response result;
     result.statusCode = static_cast<std::int32_t>(response.status_code);
     result.statusLine = std::move(head.statusLine);
     result.reason = std::move(head.reason);
-    result.body = collected.takeBody();
+    result.body = callbacks.takeBody();
     result.headers = std::move(head.headers);
     for (auto cookie = response.cookies.cbegin(); cookie != response.cookies.cend(); ++cookie) {
         result.cookies.emplace(cookie->GetName(), cookie->GetValue());
     }
     result.error.code = Compatibility::errorCodeOf(response.error.code);
     result.error.message = std::move(response.error.message);
-    if (collected.refusal()) {
-        result.error = *collected.refusal();
+    if (callbacks.refusal()) {
+        result.error = *callbacks.refusal();
     }
     return result;
 }
@@ -175,9 +177,9 @@ Response transfer(Request const& request, MultiPart const& form, Options const& 
     if (auto refusal = refusalOf(request, form, options); !refusal.empty()) {
         return refused(std::move(refusal));
     }
-    ResponseCollector collector(options);
-    auto const session = setupCprSession(request, options, collector);
-    return responsefromCprFormat(perform(*session), collector);
+    TransferCallbacks callbacks(options);
+    auto const session = setupCprSession(request, options, callbacks);
+    return responsefromCprFormat(perform(*session), callbacks);
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,21 +11,19 @@
 
 namespace Ostrel::Networking {
 
-/// Returns `Options::isCancelled`, or a function that returns false if that is empty.
-[[nodiscard]] std::function<bool()> cancellationCheck(Options const& options);
-
-/// Collects the response of one transfer: its heads and trailers, and its body unless
-/// `Options::onData` receives that.
+/// Private: not installed. What libcurl calls during one transfer: collects the heads, trailers and
+/// body of the response, passes the body to `Options::onData` instead if that is set, and reports
+/// progress.
 ///
 /// libcurl compares the time with its limit only between two reads from the network, and a few
 /// kilobytes from there may decompress to gigabytes. So the time limit, the cancellation check and
 /// a limit on the heads are applied to every piece.
 ///
 /// Does not own the `Options`, which must outlive it.
-class ResponseCollector {
+class TransferCallbacks {
 public:
     /// The time limit, `Options::timeout`, starts now.
-    explicit ResponseCollector(Options const& options);
+    explicit TransferCallbacks(Options const& options);
 
     /// Adds a line of a head or a trailer. Returns false to abort the transfer.
     bool addHead(std::string_view line);
@@ -37,6 +34,10 @@ public:
     bool addBody(std::string&& piece);
     bool addBody(std::string_view piece);
     ///@}
+
+    /// Reports the progress of the download, in bytes, at a bounded rate. Returns false to abort
+    /// the transfer.
+    bool addProgress(std::int64_t total, std::int64_t downloaded);
 
     /// Makes the transfer end with this error, whatever libcurl reports.
     void refuse(ErrorCode code, char const* message);
@@ -49,35 +50,19 @@ public:
     [[nodiscard]] std::string takeBody() { return std::move(body_); }
 
 private:
+    [[nodiscard]] bool isCancelled() const;
     bool isInTime();
     template <typename Piece>
     bool addPiece(Piece&& piece);
+    void report(std::int64_t total, std::int64_t downloaded);
 
     Options const* options_;
-    std::function<bool()> isCancelled_;
     std::int64_t startTime_;
+    std::int64_t lastDownloaded_ = 0;
+    std::int64_t lastReportTime_ = 0;
     std::string heads_;
     std::string body_;
     std::optional<Error> refusal_;
-};
-
-/// Reports progress to `Options::onProgress`, at a bounded rate. Does not own the `Options`, which
-/// must outlive it.
-class ProgressCallback {
-public:
-    explicit ProgressCallback(Options const& options);
-
-    /// Returns false to abort the transfer. All figures are bytes.
-    bool operator()(std::int64_t downloadTotal, std::int64_t downloadNow, std::int64_t uploadTotal,
-                    std::int64_t uploadNow, std::intptr_t userData);
-
-private:
-    void report(std::int64_t downloadTotal, std::int64_t downloadNow);
-
-    std::int64_t lastDownloaded_ = 0;
-    std::int64_t lastReportTime_ = 0;
-    Options const* options_;
-    std::function<bool()> isCancelled_;
 };
 
 }  // namespace Ostrel::Networking

@@ -16,9 +16,9 @@ constexpr std::size_t TOO_LONG = 1 << 20;
 
 constexpr auto NOWHERE = std::string_view::npos;
 
-constexpr std::string_view NONE;
-constexpr std::string_view NUL("\0", 1);
-constexpr std::string_view NUL_AND_LINE_BREAKS("\0\r\n", 3);
+constexpr bool isNothing(char) { return false; }
+constexpr bool isNul(char c) { return c == '\0'; }
+constexpr bool isNulOrLineBreak(char c) { return c == '\0' || c == '\r' || c == '\n'; }
 /// libcurl drops a header whose value consists of these.
 constexpr std::string_view BLANKS = " \t\v\f";
 
@@ -30,23 +30,24 @@ bool isToken(std::string_view text) {
 }
 
 /// Why `text`, the `field` of `owner`, is refused; empty if it is not.
+template <typename Predicate>
 std::string refusalOfText(std::string_view field, std::string_view owner, std::string_view text,
-                          std::string_view unfit) {
+                          Predicate isUnfit) {
     auto const because = [&](std::string_view reason) {
         return std::string(field).append(owner).append(reason);
     };
     if (text.size() >= TOO_LONG) {
         return because(" is too long");
     }
-    auto const found = text.find_first_of(unfit);
-    if (found == NOWHERE) {
+    auto const found = std::find_if(text.begin(), text.end(), isUnfit);
+    if (found == text.end()) {
         return {};
     }
-    return because(text[found] == '\0' ? " contains NUL" : " contains a line break");
+    return because(*found == '\0' ? " contains NUL" : " contains a line break");
 }
 
 std::string refusalOfHeader(std::string const& name, std::string const& value) {
-    if (auto refusal = refusalOfText("header name", "", name, NONE); !refusal.empty()) {
+    if (auto refusal = refusalOfText("header name", "", name, isNothing); !refusal.empty()) {
         return refusal;
     }
     if (!isToken(name)) {
@@ -55,27 +56,28 @@ std::string refusalOfHeader(std::string const& name, std::string const& value) {
     if (!value.empty() && value.find_first_not_of(BLANKS) == NOWHERE) {
         return "value of header " + name + " is blank";
     }
-    return refusalOfText("value of header ", name, value, NUL_AND_LINE_BREAKS);
+    return refusalOfText("value of header ", name, value, isNulOrLineBreak);
 }
 
 std::string refusalOfCookie(std::string const& name, std::string const& value) {
-    if (auto refusal = refusalOfText("cookie name", "", name, NONE); !refusal.empty()) {
+    if (auto refusal = refusalOfText("cookie name", "", name, isNothing); !refusal.empty()) {
         return refusal;
     }
     // libcpr sends a value in double quotes unchanged and percent-encodes all others.
     auto const isSentAsIs = !value.empty() && value.front() == '"' && value.back() == '"';
-    return refusalOfText("value of cookie ", name, value, isSentAsIs ? NUL_AND_LINE_BREAKS : NONE);
+    return refusalOfText("value of cookie ", name, value,
+                         [isSentAsIs](char c) { return isSentAsIs && isNulOrLineBreak(c); });
 }
 
 std::string refusalOfPart(MultiPart::Part const& part) {
-    if (auto refusal = refusalOfText("part name", "", part.name, NUL_AND_LINE_BREAKS);
+    if (auto refusal = refusalOfText("part name", "", part.name, isNulOrLineBreak);
         !refusal.empty()) {
         return refusal;
     }
     if (part.value.find('\0') != NOWHERE) {
         return "value of part " + part.name + " contains NUL";
     }
-    return refusalOfText("content type of part ", part.name, part.contentType, NUL_AND_LINE_BREAKS);
+    return refusalOfText("content type of part ", part.name, part.contentType, isNulOrLineBreak);
 }
 
 }  // namespace
@@ -88,13 +90,15 @@ Url urlForSession(Url url) {
 
 std::string refusalOf(Request const& request, MultiPart const& form, Options const& options) {
     auto const url = request.url.toString();
-    if (auto refusal = refusalOfText("URL", "", url, NONE); !refusal.empty()) {
+    if (auto refusal = refusalOfText("URL", "", url, isNothing); !refusal.empty()) {
         return refusal;
     }
     // Parameters are percent-encoded, and the anchor is not sent: both may contain NUL.
-    if (auto refusal = refusalOfText("URL", "", urlForSession(request.url).toString(), NUL);
-        !refusal.empty()) {
-        return refusal;
+    if (url.find('\0') != NOWHERE) {
+        auto refusal = refusalOfText("URL", "", urlForSession(request.url).toString(), isNul);
+        if (!refusal.empty()) {
+            return refusal;
+        }
     }
     auto size = url.size();
     for (auto const& [name, value] : request.headers) {
@@ -117,7 +121,7 @@ std::string refusalOf(Request const& request, MultiPart const& form, Options con
             return refusal;
         }
     }
-    return refusalOfText("proxy", "", options.proxy, NUL);
+    return refusalOfText("proxy", "", options.proxy, isNul);
 }
 
 }  // namespace Ostrel::Networking
