@@ -164,5 +164,30 @@ TEST(CollectionTest, RefusesHeadsOfMoreThanAMebibyteTogether) {
     EXPECT_EQ(callbacks.refusal()->code, ErrorCode::InternalError);
 }
 
+TEST(CollectionTest, RefusesAResponseThatIsCompressedMoreThanOnce) {
+    struct Row {
+        std::vector<std::string> lines;
+        bool isAccepted;
+    };
+    for (auto const& [lines, isAccepted] : std::vector<Row>{
+             {{"Content-Encoding: gzip\r\n", "Transfer-Encoding: chunked\r\n", "Vary: a, b\r\n"},
+              true},
+             {{"Content-Encoding: Identity , br,\r\n"}, true},
+             {{"Content-Encoding: gzip\r\n", "\r\n", "Content-Encoding: gzip\r\n"}, true},
+             {{"Content-Encoding: gzip, br\r\n"}, false},
+             {{"content-encoding:gzip\r\n", "CONTENT-ENCODING: gzip\r\n"}, false},
+             {{"Content-Encoding: br\n", "Transfer-Encoding: gzip, Chunked\n"}, false},
+         }) {
+        SCOPED_TRACE(lines[0]);
+        Options const options;
+        TransferCallbacks callbacks(options);
+        for (std::size_t i = 0; i < lines.size(); ++i) {
+            auto const isLast = i + 1 == lines.size();
+            EXPECT_EQ(callbacks.addHead(lines[i]), isAccepted || !isLast) << lines[i];
+        }
+        EXPECT_EQ(callbacks.refusal().has_value(), !isAccepted);
+    }
+}
+
 }  // namespace
 }  // namespace Ostrel::Networking

@@ -24,21 +24,13 @@ std::string_view takeLine(std::string_view& text) {
 
 std::string_view trimmed(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(BLANKS), text.size()));
-    return text.substr(0, text.find_last_not_of(" \t\r") + 1);
-}
-
-/// In any letter case, like libcurl.
-bool beginsWithProtocol(std::string_view line) {
-    constexpr std::string_view PROTOCOL = "http/";
-    return line.size() >= PROTOCOL.size() &&
-           std::equal(PROTOCOL.begin(), PROTOCOL.end(), line.begin(),
-                      [](char expected, char c) { return expected == toLower(c); });
+    return text.substr(0, text.find_last_not_of(" \t\r\n") + 1);
 }
 
 /// The reason in a status line such as "HTTP/1.1 404 Not Found"; nothing for any other line. Like
-/// libcurl, accepts more than one blank.
+/// libcurl, accepts any letter case and more than one blank.
 std::optional<std::string_view> reasonOf(std::string_view line) {
-    if (!beginsWithProtocol(line)) {
+    if (!equalsIgnoringCase(line.substr(0, 5), "HTTP/")) {
         return std::nullopt;
     }
     auto const versionEnd = line.find_first_not_of("0123456789.", 5);
@@ -99,6 +91,25 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
         return *std::move(open);  // Cut short, as it has no empty line at its end.
     }
     return complete;
+}
+
+int compressionsIn(std::string_view line) {
+    auto const colon = line.find(':');
+    auto const name = line.substr(0, colon);
+    if (colon == NONE || !(equalsIgnoringCase(name, "Content-Encoding") ||
+                           equalsIgnoringCase(name, "Transfer-Encoding"))) {
+        return 0;
+    }
+    auto compressions = 0;
+    for (auto codings = line.substr(colon + 1); !codings.empty();) {
+        auto const end = std::min(codings.find(','), codings.size());
+        auto const coding = trimmed(codings.substr(0, end));
+        codings.remove_prefix(std::min(end + 1, codings.size()));
+        auto const isNone = coding.empty() || equalsIgnoringCase(coding, "chunked") ||
+                            equalsIgnoringCase(coding, "identity");
+        compressions += isNone ? 0 : 1;
+    }
+    return compressions;
 }
 
 }  // namespace Ostrel::Networking

@@ -25,4 +25,8 @@ struct ResponseHead {
 /// of the headers by name. Throws only if memory runs out.
 [[nodiscard]] ResponseHead readResponseHead(std::string_view rawHeads);
 
+/// Returns how many compressions a line of a head announces: the codings of "Content-Encoding" and
+/// "Transfer-Encoding" (RFC 9110, section 8.4; RFC 9112, section 6.1) but "chunked" and "identity".
+[[nodiscard]] int compressionsIn(std::string_view line);
+
 }  // namespace Ostrel::Networking

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "Networking/Cpr/ResponseHead.h"
 #include "Ostrel/Time/SteadyClock.h"
 
 namespace Ostrel::Networking {
@@ -30,6 +31,14 @@ bool TransferCallbacks::addHead(std::string_view line) {
         return false;
     }
     heads_.append(line);
+    auto const isEndOfHead = line == "\r\n" || line == "\n";
+    compressions_ = isEndOfHead ? 0 : compressions_ + compressionsIn(line);
+    if (compressions_ > 1) {
+        // A few kilobytes may decompress to gigabytes that decompress to nothing, so that libcurl
+        // delivers no piece to check.
+        refuse(ErrorCode::InternalError, "The response is compressed more than once");
+        return false;
+    }
     return isInTime();
 }
 

@@ -17,7 +17,8 @@ namespace Ostrel::Networking {
 ///
 /// libcurl compares the time with its limit only between two reads from the network, and a few
 /// kilobytes from there may decompress to gigabytes. So the time limit, the cancellation check and
-/// a limit on the heads are applied to every piece.
+/// a limit on the heads are applied to every piece, and a response that is compressed more than
+/// once is refused.
 ///
 /// Does not own the `Options`, which must outlive it.
 class TransferCallbacks {
@@ -60,6 +61,7 @@ private:
     std::int64_t startTime_;
     std::int64_t lastDownloaded_ = 0;
     std::int64_t lastReportTime_ = 0;
+    int compressions_ = 0;  // Of the head that is being received.
     std::string heads_;
     std::string body_;
     std::optional<Error> refusal_;
