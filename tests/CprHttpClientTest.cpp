@@ -150,7 +150,8 @@ TEST(CprHttpClientTest, FollowsRedirectsAsTold) {
 TEST(CprHttpClientTest, KeepsCredentialsFromTheTargetOfARedirect) {
     std::vector<std::string> requests;
     RawServer other(answering(EMPTY_OK, &requests));
-    RawServer server(answering(MOVED + other.url() + "\r\n\r\n", &requests));
+    auto const port = other.authority().substr(other.authority().find(':'));
+    RawServer server(answering(MOVED + "http://localhost" + port + "/\r\n\r\n", &requests));
     EXPECT_EQ(get("http://u:p@" + server.authority(), following()).statusCode, 200);
     ASSERT_EQ(requests.size(), 2U);
     EXPECT_THAT(requests[0], HasSubstr("\r\nAuthorization: Basic dTpw\r\n"));

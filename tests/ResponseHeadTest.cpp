@@ -14,6 +14,7 @@ namespace Ostrel::Networking {
 namespace {
 
 using Testing::Connection;
+using ::testing::AnyOf;
 using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::Not;
@@ -41,7 +42,7 @@ TEST(ResponseHeadTest, IsThatOfTheLastResponseAsItCameOverTheWire) {
              {{moved, "HTTP/1.1 200\n\n"}, "HTTP/1.1 200||"},
              {{"HTTP/1.1 100 Go\nA: 1\n\nHTTP/1.1 103 X\nB: 2\n\nHTTP/1.1 204 \n\n"},
               "HTTP/1.1 204||"},
-             {{moved, "http/1.1 404 Gone\n\n"}, "http/1.1 404 Gone|Gone|"},
+             {{moved, "HTTP/1.1 404 Gone\n\n"}, "HTTP/1.1 404 Gone|Gone|"},
              // If a name repeats, the first value is kept.
              {{"HTTP/1.1 200 A\nX-A: 1\nx-a: 2\n\n"}, "HTTP/1.1 200 A|A|X-A=1;"},
              {{"HTTP/1.1 200 A\nX: 1\nX: 2\n\n"}, "HTTP/1.1 200 A|A|X=1;"},
@@ -93,8 +94,11 @@ TEST(ResponseHeadTest, IsNotWhatAProxyAnswersToConnect) {
         for (auto const* url : {"https://host.test/", "http://redirected.test/"}) {
             auto const response = Testing::get(url, options);
             EXPECT_NE(response.error.code, ErrorCode::Ok);
-            EXPECT_EQ(response.statusCode, 0);
-            EXPECT_EQ(textOf(response), "||");
+            // libcurl 7.79 leaves the status of the redirect, and so its head.
+            EXPECT_THAT(response.statusCode, AnyOf(0, 302));
+            EXPECT_EQ(textOf(response), response.statusCode == 0
+                                            ? "||"
+                                            : "HTTP/1.1 302 X|X|Location=https://other.test/;");
         }
     }
 }
@@ -106,6 +110,9 @@ TEST(ResponseHeadTest, IsReadFromAnyText) {
              {"X: 1\n\n", "||"},
              {"HTTP\n\nHTTP/\n\nHTTP/1.1\n\nHTTP/1.1 x\n\nHTTP/ 200\n\n", "||"},
              {"HTTP/1.1  200  Very OK \nX: 1\n\n", "HTTP/1.1  200  Very OK|Very OK|X=1;"},
+             {"http/1.1 404 Gone\n\n", "http/1.1 404 Gone|Gone|"},
+             // libcurl passes a line without a colon on before 7.84.
+             {"HTTP/1.1 200 A\nA: 1\nHTTP/1.1 500 Evil\nB: 2\n\n", "HTTP/1.1 200 A|A|A=1;B=2;"},
              {"HTTP/1.1 200 Open\nVia: p\n\nHTTP/2 200 \na:1\n\nb: 2\n", "HTTP/2 200||a=1;"},
              {"HTTP/1.1 200 A\n fold\n: 1\nA\n : 2\n\n", "HTTP/1.1 200 A|A|=1;"},
              // Cut short.

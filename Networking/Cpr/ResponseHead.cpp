@@ -67,18 +67,18 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
     ResponseHead complete;
     std::optional<ResponseHead> open;
     std::string* foldable = nullptr;
-    // After a chunked body there may be trailers. They may look like a head, but they have a colon
-    // in every line and no empty line at their end.
+    // A status line begins a head, except inside an open one. After a chunked body, one with a
+    // colon may also be a trailer: what it opens is dropped at the next status line, or at the end
+    // if no empty line has completed it.
     auto mayBeTrailers = false;
     while (!rawHeads.empty()) {
         auto const line = takeLine(rawHeads);
-        auto const hasColon = line.find(':') != NONE;
-        auto const canBegin = !open || !hasColon || mayBeTrailers;
-        auto const reason = canBegin ? reasonOf(line) : std::nullopt;
+        auto const reason = !open || mayBeTrailers ? reasonOf(line) : std::nullopt;
         if (reason) {
             open = ResponseHead{std::string(trimmed(line)), std::string(*reason), {}};
             foldable = nullptr;
-            mayBeTrailers = hasColon && complete.headers.count("Transfer-Encoding") > 0;
+            mayBeTrailers =
+                line.find(':') != NONE && complete.headers.count("Transfer-Encoding") > 0;
         } else if (open && (line.empty() || line.front() == '\r')) {
             complete = *std::exchange(open, std::nullopt);
         } else if (open && BLANKS.find(line.front()) != NONE) {
