@@ -14,17 +14,22 @@
 
 /// @file
 /// Factories of the adapters. Each wraps a client and returns the adapter, which shares ownership
-/// of the client. The caller owns the adapter and can wrap it again. `NotNull` throws
-/// `std::invalid_argument` if the client is empty.
+/// of the client. The caller owns the adapter and can wrap it again:
+///
+///     auto client = addRetriesAdapter(
+///         addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), jar),
+///         {{2'000'000}, {10'000'000}});
+///
+/// `NotNull` throws `std::invalid_argument` if the client is empty.
 namespace Ostrel::Networking {
 
 /// Wraps `client` so that it remembers cookies in `jar`. Shares ownership of `jar`; if `jar` is
-/// empty, the adapter gets a new one.
+/// empty, the adapter makes its own `CookieJar`.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addCookieJarAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::shared_ptr<ICookieJar> const& jar);
 
-/// Wraps `client` so that calls that time out are repeated. `retries` has one entry for each
-/// attempt, including the first. Throws `std::runtime_error` if `retries` is empty.
+/// Wraps `client` so that calls that time out are repeated along `retries`, which has one entry for
+/// each attempt, including the first. Throws `std::runtime_error` if `retries` is empty.
 [[nodiscard]] QORNETWORKING_EXPORT std::unique_ptr<IHttpClient> addRetriesAdapter(
     NotNull<std::shared_ptr<IHttpClient>> const& client, std::vector<Retry> const& retries);
 

@@ -11,8 +11,10 @@
 namespace Ostrel::Networking {
 
 /// An HTTP client. Every operation blocks the calling thread until the transfer has ended. Transfer
-/// failures are reported in `Response::error`. All clients and adapters of this library are safe to
-/// call from several threads, provided that the callbacks of the `Options` are.
+/// failures are reported in `Response::error`.
+///
+/// All clients and adapters of this library are safe to call from several threads, provided that
+/// the callbacks of the `Options` are.
 class QORNETWORKING_EXPORT IHttpClient {
 public:
     virtual ~IHttpClient() = default;

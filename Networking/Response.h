@@ -12,7 +12,7 @@ namespace Ostrel::Networking {
 
 /// How a transfer ended. A response with an HTTP error status is a completed transfer: `Ok`.
 enum class ErrorCode : std::int32_t {
-    Ok = 0,                          ///< Completed, as far as the response told its length.
+    Ok = 0,                          ///< Completed; see `Response::body`.
     ConnectionFailure = 1,           ///< No connection could be made.
     EmptyResponse = 2,               ///< The server sent no response.
     HostResolutionFailure = 3,       ///< The host name could not be resolved.
@@ -37,7 +37,8 @@ enum class ErrorCode : std::int32_t {
 struct Error {
     /// `NotPerformed` until a client sets it.
     ErrorCode code = ErrorCode::NotPerformed;
-    /// The transport's text for the failure, or why the request was refused; may be empty.
+    /// The transport's text, or why the request was refused. May be empty after a failure, and may
+    /// be set after a success: only `code` tells which it was.
     std::string message;
 };
 
@@ -45,35 +46,49 @@ struct Error {
 /// of a body.
 struct Response {
     /// HTTP status code of the last response received; 0 if there was none, or if a proxy refused a
-    /// tunnel. If a redirect leads to a server that cannot be reached, it is the status of the
-    /// redirect; the same applies to `headers`, `statusLine` and `reason`.
+    /// tunnel.
+    ///
+    /// If a redirect leads to a server that cannot be reached, it is the status of the redirect;
+    /// the same applies to `headers`, `statusLine` and `reason`.
     std::int32_t statusCode = 0;
+
     /// Decompressed. Empty if `Options::onData` received it.
+    ///
+    /// After `ErrorCode::Ok` it has, as transferred, the announced length. A body without one ends
+    /// with the connection, and the end of a compressed body is not checked: both may be cut short.
     std::string body;
+
     /// Headers of the last response received, name to value. If a name repeats, the first value is
     /// kept. Trailers are not included.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers;
-    /// Cookies that servers set during the call and the transport accepted, name to value; domain,
-    /// path, expiry and flags are not kept. If a cookie is set again, the last value is kept. If
-    /// cookies with the same name differ in host or path, the first in the transport's cookie store
-    /// is listed. A cookie that a server deletes, with "Max-Age=0" for example, may still be
-    /// listed.
+
+    /// Cookies that servers set during the call and that the transport accepted, name to value. If
+    /// one is set again, the last value is kept; if two differ in host or path, the first in the
+    /// transport's store is listed.
+    ///
+    /// Domain, path, expiry and flags are not kept. A cookie that a server deletes, with
+    /// "Max-Age=0" for example, may still be listed.
     std::map<std::string, std::string> cookies;
+
     /// How the transfer ended.
     Error error;
+
     /// The status line of the last response received, such as "HTTP/1.1 200 OK".
     std::string statusLine;
+
     /// The text after the status code in `statusLine`; empty if there is none, as in HTTP/2.
     std::string reason;
 
     /// Returns the time in the header "Last-Modified", in seconds since the Unix epoch; 0 if there
-    /// is no such header or if the transfer failed. HTTP dates are in GMT (RFC 9110, section
-    /// 5.6.7), but the fields are read as standard local time, because the C library has no
-    /// portable way to read them otherwise. So set the time zone of the process to UTC to get the
-    /// true instant; in any other zone the result is off by the zone's offset without daylight
-    /// saving. For a malformed date, returns the result of `mktime` for the fields before the
-    /// error, which may be -1. Names of months and days are those of the global locale at the time
-    /// of the call. Safe to call from several threads while neither locale nor time zone changes.
+    /// is none or the transfer failed.
+    ///
+    /// The date, which is in GMT (RFC 9110, section 5.6.7), is read as standard local time: the
+    /// result is exact only if the process runs in UTC, elsewhere off by the zone's offset, the
+    /// same all year.
+    ///
+    /// For a malformed date, returns the result of `mktime` for the fields before the error, which
+    /// may be -1. Names of months and days are those of the global locale. Safe to call from
+    /// several threads while neither locale nor time zone changes.
     [[nodiscard]] QORNETWORKING_EXPORT std::time_t getLastModified() const;
 };
 

@@ -18,60 +18,86 @@ struct QORNETWORKING_EXPORT CaseInsensitiveCompare {
     bool operator()(std::string const& a, std::string const& b) const;
 };
 
-/// The target of a call, and the headers and cookies to send. The caller owns it; it must outlive
-/// the call.
+/// The target of a call, and the headers and cookies to send. The caller owns it; it must not
+/// change during the call.
 struct Request {
-    /// The target. A request whose URL is not valid is never sent. The fragment is not sent. Names
-    /// and values of query parameters are always percent-encoded when they are sent: a parsed "%20"
-    /// is sent as "%2520". So add decoded values through `Url::addParameter`. A parameter with an
-    /// empty value is sent as its name alone, without "=".
+    /// The target. A request whose URL is not valid is never sent, and the fragment of a URL never
+    /// is.
+    ///
+    /// The path is sent with its dot segments resolved and with bytes above 127 percent-encoded. A
+    /// path that was set without a leading "/" continues the host or port, so the request goes
+    /// elsewhere.
+    ///
+    /// Names and values of parameters are percent-encoded, also if they already are: "%20" is sent
+    /// as "%2520". A parameter with an empty value is sent as its name alone, without "=".
     Url url;
+
     /// Name to value. A header with an empty value is sent without a value. A header "Cookie"
-    /// replaces all of `cookies`. Headers are also sent to the targets of redirects, except
-    /// "Authorization" and "Cookie" on another host.
+    /// replaces all of `cookies`.
+    ///
+    /// Headers are also sent to the targets of redirects, except "Authorization" and "Cookie",
+    /// which are not sent to another host.
     std::map<std::string, std::string, CaseInsensitiveCompare> headers = {};
-    /// Name to value. Sent to the host of the URL and, before libcurl 8.21, to every target of a
-    /// redirect. Names and values are percent-encoded, except a value in double quotes. Cookies
-    /// that a redirect sets are sent along where they belong.
+
+    /// Name to value. Names and values are percent-encoded, except a value in double quotes.
+    ///
+    /// Sent to the host of the URL and, before libcurl 8.21, to every target of a redirect. Cookies
+    /// that a redirect sets are also sent, according to their domain and path.
     std::map<std::string, std::string> cookies = {};
 };
 
-/// Limits, proxy and callbacks of one call. The caller owns it; it must outlive the call and not
-/// change during it. The callbacks run on the thread that made the call and must not throw.
+/// Limits, proxy and callbacks of one call. The caller owns it; it must not change during the call.
+/// The callbacks run on the thread that made the call and must not throw.
 struct Options {
-    /// In bytes per second. Once connected, a transfer that is slower than this for `lowSpeedTime`
-    /// ends as `ErrorCode::OperationTimedOut`. Has no effect unless both are above 0.
+    /// In bytes per second. A transfer that is slower for `lowSpeedTime` ends as
+    /// `ErrorCode::OperationTimedOut`. No effect unless `lowSpeedTime` is also above 0.
+    ///
+    /// The speed is an average of about five seconds, so a sudden stall may be noticed six seconds
+    /// later than that. Connecting is not covered, nor are the TLS handshake and the tunnel through
+    /// a proxy.
     std::int32_t lowSpeedLimit = 0;
-    /// In seconds.
+
+    /// In seconds; see `lowSpeedLimit`.
     std::int32_t lowSpeedTime = 0;
-    /// Time limit of the whole transfer, in microseconds; passed on in milliseconds, truncated
-    /// toward zero. Below 1000, the whole transfer has no limit, but connecting has the transport's
-    /// own limit of 300 seconds.
+
+    /// Time limit of the whole transfer, in microseconds, truncated to milliseconds. Below 1000,
+    /// and so by default, there is none. In any case, the transport limits connecting to 300
+    /// seconds.
     std::int64_t timeout = 0;
+
     /// Whether redirects are followed. A POST stays a POST, and its body is sent again, even to
     /// another host.
     bool followRedirects = false;
-    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`. -1
-    /// means no limit; below -1, libcpr's limit of 50 applies.
+
+    /// How many redirects are followed before the call ends as `ErrorCode::TooManyRedirects`; with
+    /// the default, 0, it ends at the first. -1 means no limit; below -1, libcpr's limit of 50
+    /// applies.
     std::int32_t maxRedirects = 0;
+
     /// Minimum time between two calls of `onProgress`, in microseconds.
     std::int64_t progressInterval = 0;
-    /// URL of a proxy, with protocol, host and port; only host and port are used. Empty for no
-    /// proxy. If the port is missing or the text is not a URL, the call ends as
+
+    /// URL of an HTTP proxy; empty for none. Only host and port are used: not the protocol, nor
+    /// user and password. If the port is missing or the text is not a URL, the call ends as
     /// `ErrorCode::ProxyResolutionFailure`.
     std::string proxy;
-    /// Polled before each call of `onData` and at each progress event of the transport, at least
-    /// about once a second; from libcurl 8.20 on only once connected, so limit the time before that
-    /// with `timeout`. Returning true ends the transfer as `ErrorCode::RequestCancelled`. May be
-    /// empty.
+
+    /// Returning true ends the transfer as `ErrorCode::RequestCancelled`. May be empty.
+    ///
+    /// Polled before each piece of the body and at least about once a second. From libcurl 8.20 on,
+    /// not before the call is connected: limit that time with `timeout`.
     std::function<bool()> isCancelled;
-    /// Reports the progress of the download in bytes as transferred, before decompression. Called
-    /// at most once per `progressInterval`, only if the announced total is at least 1024, and only
-    /// when the count has changed. On a fast link, more than a megabyte may arrive between two
-    /// progress events of the transport. Bodies of redirects are reported as well. May be empty.
+
+    /// Reports the progress of the download, in bytes as transferred, before decompression. May be
+    /// empty.
+    ///
+    /// Called at most once per `progressInterval`, when the count has changed, and only if a total
+    /// of at least 1024 is announced. The last report may be below the total: the end of the call
+    /// is the end. Bodies of redirects are reported as well.
     std::function<void(std::int64_t downloaded, std::int64_t total)> onProgress;
-    /// If set, receives each piece of the response body as it arrives, decompressed, and
-    /// `Response::body` stays empty. May be empty.
+
+    /// Receives each piece of the body as it arrives, decompressed. If empty, the body is collected
+    /// in `Response::body`.
     std::function<void(std::string chunk)> onData;
 };
 

@@ -7,17 +7,19 @@
 
 namespace Ostrel::Networking {
 
-/// An absolute URL, split into its parts. Parts are byte strings, returned and printed as they were
-/// parsed or set: nothing is percent-encoded, decoded, case-folded or normalised. The query becomes
-/// a map ordered by name; its names and values are also kept as written, so "%20" stays "%20".
+/// An absolute URL, split into its parts.
+///
+/// Parts are byte strings, returned and printed as they were parsed or set: nothing is
+/// percent-encoded, decoded, case-folded or normalised. The query becomes a map ordered by name;
+/// its names and values are also kept as written, so "%20" stays "%20".
+///
 /// Const operations are safe to call from several threads; changes are not synchronised.
 class QORNETWORKING_EXPORT Url {
 public:
     /// The user info of a URL, before "@".
     struct UserInfo {
-        /// A URL that has a password but no user is not valid.
         std::string user;
-        /// Empty if there is none.
+        /// Empty if there is none; a URL with a password but no user is not valid.
         std::string password;
     };
 
@@ -25,32 +27,37 @@ public:
     Url() = default;
 
     /// Parses the whole of `url`; if it is not an absolute URL, all parts stay empty. If a
-    /// parameter name repeats, the first value is kept. Parsing always takes time linear in the
-    /// length of `url`; ordering n parameters by name then takes n log n comparisons. Throws only
-    /// if memory runs out. Implicit, so that a `std::string` can be passed where a `Url` is
-    /// expected.
+    /// parameter name repeats, the first value is kept. Implicit, so that a `std::string` can be
+    /// passed where a `Url` is expected; a literal needs `Url("...")`.
+    ///
+    /// Some usual texts are not URLs here: a value or fragment that contains "/", as in
+    /// "?next=/home" or "#/route", a second "=" in an item, as in "?token=YWJj==", an item without
+    /// "=", a "?" or "&" at the end, a host of one character, and an IPv6 literal.
+    ///
+    /// Takes time linear in the length of `url`; ordering n parameters by name then takes n log n
+    /// comparisons. Throws only if memory runs out.
     Url(std::string const& url);
 
     /// The URL as one text, with the parameters in order of their names; empty if the URL is not
     /// valid.
     [[nodiscard]] std::string toString() const;
 
-    /// Whether there is a protocol and a host, and a user if there is a password. True for every
-    /// text that was parsed.
+    /// Whether there is a protocol and a host, and a user if there is a password. True after every
+    /// parse that succeeded; the setters check nothing.
     [[nodiscard]] bool isValid() const;
 
-    /// Copies of the parts, as parsed or set; empty if absent. Parsing stores the protocol without
-    /// "://", the port as digits, whose range is not checked, the path with its leading "/", and
-    /// the anchor, which is the fragment, without "#".
-    ///@{
+    /// Without "://".
     [[nodiscard]] std::string protocol() const;
+    /// Before "@"; not decoded.
     [[nodiscard]] UserInfo userInfo() const;
     [[nodiscard]] std::string host() const;
+    /// As text, without ":"; its range is not checked.
     [[nodiscard]] std::string port() const;
+    /// With its leading "/", if it was parsed.
     [[nodiscard]] std::string path() const;
+    /// The fragment, without "#".
     [[nodiscard]] std::string anchor() const;
-    ///@}
-    /// A copy of the query parameters, name to value.
+    /// The query parameters, name to value.
     [[nodiscard]] std::map<std::string, std::string> parameters() const;
 
     /// Stores the text without checking or parsing it.

@@ -5,7 +5,8 @@
 
 namespace Ostrel::Networking {
 
-/// The components of a URL text, as views into that text; absent components are empty.
+/// Private: not installed. The components of a URL text, as views into that text; absent components
+/// are empty.
 struct UrlComponents {
     std::string_view protocol;
     std::string_view user;
@@ -23,9 +24,9 @@ struct UrlComponents {
 ///     ^(\w+)://(?:([^:/?#]+):?([^:/?#]*)@)?(\w+[^/?#:]+)(?::(\d+))?((?:/[^?#/]*)*)?
 ///     ((?:[?;&][^#/=&;?]+=[^#/=&;?]*)*)?(?:#([^#:/?]+)?)?
 ///
-/// and the components are its eight groups, captured in backtracking order. Always takes time
-/// linear in the length of `text`, without recursion or allocation. The views are valid as long as
-/// the text that `text` refers to. Never throws.
+/// and the components are its eight groups, as the first match of a backtracking matcher captures
+/// them. Always takes time linear in the length of `text`, without recursion or allocation. The
+/// views are valid as long as the text that `text` refers to. Never throws.
 [[nodiscard]] std::optional<UrlComponents> parseUrl(std::string_view text) noexcept;
 
 /// A query parameter, as views into the text of the URL.

@@ -10,9 +10,11 @@
 namespace Ostrel::Networking {
 
 /// Base of the adapters, each of which adds one behaviour to an inner client. Routes all four
-/// operations through `perform`, so that the behaviour is written once. Shares ownership of the
-/// inner client. Immutable after construction, so as safe to call from several threads as the inner
-/// client. Throws what the inner client throws.
+/// operations through `perform`, so that the behaviour is written once. The smallest example is
+/// docs/cookbook, "Log and time every call".
+///
+/// Shares ownership of the inner client, and throws what it throws. This base does not change after
+/// construction; a subclass synchronises its own state.
 class QORNETWORKING_EXPORT ClientAdapter : public IHttpClient {
 public:
     ClientAdapter(ClientAdapter const&) = delete;
@@ -24,13 +26,14 @@ public:
     Response post(Request const& request, MultiPart const& multiPart, Options const& options) final;
 
 protected:
-    /// The caller's operation, bound to its body; takes the client to call.
+    /// The caller's `get`, `head` or `post`, with the body or form already bound by reference:
+    /// valid only until `perform` returns. Takes the client, the request and the options to use.
     using Operation = std::function<Response(IHttpClient&, Request const&, Options const&)>;
 
     /// Shares ownership of `client`, which may be empty only if `perform` never calls `client()`.
     explicit ClientAdapter(std::shared_ptr<IHttpClient> const& client);
 
-    /// The inner client. Must not be called if the one given to the constructor was empty.
+    /// The inner client. Call it only if the constructor was given one.
     [[nodiscard]] IHttpClient& client() const { return *client_; }
 
 private:

@@ -8,12 +8,15 @@
 
 namespace Ostrel::Networking {
 
-/// Sends the cookies that a jar holds for the URL of a request, in place of those in the request,
-/// and stores the cookies of every response in the jar, even if the call failed. They are stored
-/// under the URL of the request, even if a redirect led to another host. If several selected
-/// cookies have the same name, the first in the order of the jar is sent. Cookies are never
-/// deleted, not even those that the server deletes: after a logout, call `ICookieJar::deleteCookie`
-/// or start with a new jar. Selecting, sending and storing are not one atomic operation.
+/// Sends the cookies that a jar holds for the URL of a request, in place of those in the request.
+/// If several have the same name, the first in the order of the jar is sent.
+///
+/// Stores the cookies of every response, even if the call failed, under the URL of the request,
+/// even if a redirect led to another host. Cookies are never deleted, not even those that the
+/// server deletes: after a logout, call `ICookieJar::deleteCookie` or start with a new jar.
+///
+/// Selecting, sending and storing are not one atomic operation. Throws what client and jar throw;
+/// if the jar throws while it stores, the response is lost.
 class QORNETWORKING_EXPORT CookieJarAdapter final : public ClientAdapter {
 public:
     /// Shares ownership of both, neither of which may be empty.

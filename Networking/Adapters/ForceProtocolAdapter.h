@@ -15,7 +15,7 @@ enum class ForceProtocolSettings : std::int32_t {
 };
 
 /// Sends every request with one protocol, whatever protocol its URL has. No other part of the URL
-/// changes: an explicit port stays, and none is added.
+/// changes: an explicit port stays, and none is added. The targets of redirects are not changed.
 class QORNETWORKING_EXPORT ForceProtocolAdapter final : public ClientAdapter {
 public:
     /// Shares ownership of `client`, which must not be empty.

@@ -17,8 +17,8 @@ public:
     SystemProxyAdapter(std::shared_ptr<IHttpClient> const& client,
                        std::unique_ptr<IProxyProvider> provider);
 
-    /// Returns `options`. If the provider returns a proxy for `request`, `Options::proxy` is
-    /// replaced by the protocol of the request's URL, "://", host, ":" and port, unchecked.
+    /// Returns `options` with `proxy` set to PROTOCOL://HOST:PORT: the protocol of the request's
+    /// URL, and host and port of the provider's proxy, unchecked. Unchanged if there is none.
     [[nodiscard]] Options addProxyUrlOption(Options options, Request const& request) const;
 
 private:

@@ -8,14 +8,15 @@
 
 namespace Ostrel::Networking {
 
-/// Stores cookies in memory, one for each id. The id is the host of the cookie's URL directly
-/// followed by the cookie's name; cookies with equal ids are the same cookie, whatever else they
-/// contain. A cookie belongs to a URL if its id starts with the URL's host, byte for byte. So a URL
-/// with the host "alpha.test" also gets the cookies of "alpha.test.eu", and a URL with an empty
-/// host gets all cookies. They are returned in ascending order of their ids. Nothing expires or is
-/// written to disk; domain, path and expiry of RFC 6265 are not supported. Safe to call from
-/// several threads; each operation is atomic, sequences of them are not. Throws only if memory runs
-/// out.
+/// Stores cookies in memory. Nothing expires or is written to disk; domain, path and expiry (RFC
+/// 6265) are not supported.
+///
+/// A cookie's id is the host of its URL directly followed by its name; a cookie replaces the one
+/// with the same id. A URL gets the cookies whose ids start with its host, byte for byte, in
+/// ascending order: "alpha.test" also gets those of "alpha.test.eu", and an empty host gets all.
+///
+/// Safe to call from several threads; each operation is atomic, sequences of them are not. Throws
+/// only if memory runs out, and then changes nothing.
 class QORNETWORKING_EXPORT CookieJar final : public ICookieJar {
 public:
     CookieJar();

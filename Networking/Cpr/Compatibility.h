@@ -9,9 +9,9 @@
 
 #include "Networking/Response.h"
 
-/// Differences between the releases of libcpr, 1.9 to 1.15. Features are detected by type, because
-/// the version macro of several releases is wrong. The functions are templates over a type of
-/// libcpr so that only the branch that fits is compiled.
+/// Private: not installed. Differences between the releases of libcpr, 1.9 to 1.15. Features are
+/// detected by type, because the version macro of several releases is wrong. The functions are
+/// templates over a type of libcpr so that only the branch that fits is compiled.
 namespace Ostrel::Networking::Compatibility {
 
 /// `limit` in bytes per second, `time` in seconds. Release 1.12 made the time a duration.

@@ -8,7 +8,7 @@
 
 namespace Ostrel::Networking {
 
-/// The head of a response. All empty if there was no response.
+/// Private: not installed. The head of a response. All empty if there was no response.
 struct ResponseHead {
     /// As received, without white space at its end.
     std::string statusLine;

@@ -13,6 +13,9 @@ namespace Ostrel::Networking {
 /// and "socks", in lower case. An entry is used if its host, its port and its enable flag are
 /// present, even if the flag is 0; the host must be ASCII. Automatic configuration (PAC) and
 /// exception lists are ignored. Safe to call from several threads.
+///
+/// Of the URL, only the text before its query and fragment is parsed. If that is not of the grammar
+/// of `Url`, as for the host "[::1]", there is no proxy.
 class QORNETWORKING_EXPORT NativeProxyProvider final : public IProxyProvider {
 public:
     NativeProxyProvider();
