@@ -21,7 +21,8 @@ std::size_t skipWhile(std::string_view text, std::size_t from, Predicate predica
     return from;
 }
 
-std::size_t runEnd(std::string_view text, std::size_t from) {
+/// The end of the characters that user, password and host may have.
+std::size_t skipRun(std::string_view text, std::size_t from) {
     return skipWhile(text, from, [](char c) { return !isRunEnd(c); });
 }
 
@@ -85,7 +86,8 @@ public:
 private:
     /// The earliest position from which well-formed items reach up to the end. Items start with a
     /// separator and contain no other, so every separator after that position also starts
-    /// well-formed items, and none before it does.
+    /// well-formed items, and none before it does. An item has one "=", not directly after its
+    /// separator, as its name is not empty.
     static std::size_t findQueryStart(std::string_view text) {
         auto start = text.size();
         std::size_t equalSigns = 0;
@@ -167,27 +169,27 @@ std::optional<UrlComponents> parseUrl(std::string_view text) noexcept {
     // The pattern prefers the longest user and the last "@". So the order is: an "@" in the
     // password, which is the run after the first ":", then an "@" in the first run, then no user
     // info.
-    auto const firstEnd = runEnd(text, 0);
+    auto const firstEnd = skipRun(text, 0);
     if (firstEnd > 0 && text.substr(firstEnd, 1) == ":") {
         auto const password = firstEnd + 1;
-        auto const hostEnd = tail.hostEnd(password, runEnd(text, password));
-        auto const at = findAt(text, password, hostEnd);
+        auto const end = tail.hostEnd(password, skipRun(text, password));
+        auto const at = findAt(text, password, end);
         if (at != std::string_view::npos) {
             url.user = text.substr(0, firstEnd);
             url.password = text.substr(password, at - password);
-            return finish(at + 1, hostEnd);
+            return finish(at + 1, end);
         }
     }
-    auto const hostEnd = tail.hostEnd(0, firstEnd);
-    auto const at = findAt(text, 1, hostEnd);
+    auto const end = tail.hostEnd(0, firstEnd);
+    auto const at = findAt(text, 1, end);
     if (at != std::string_view::npos) {
         url.user = text.substr(0, at);
-        return finish(at + 1, hostEnd);
+        return finish(at + 1, end);
     }
-    if (hostEnd == std::string_view::npos || !isHost(text.substr(0, hostEnd))) {
+    if (end == std::string_view::npos || !isHost(text.substr(0, end))) {
         return std::nullopt;
     }
-    return finish(0, hostEnd);
+    return finish(0, end);
 }
 
 QueryItem takeQueryItem(std::string_view& query) noexcept {

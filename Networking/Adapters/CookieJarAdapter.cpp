@@ -17,9 +17,9 @@ void fillMapWithCookies(std::map<std::string, std::string>& target,
 }
 
 void addCookiesToJar(std::map<std::string, std::string> const& cookies, Url const& url,
-                     std::shared_ptr<ICookieJar> const& jar) {
+                     ICookieJar& jar) {
     for (auto const& [name, value] : cookies) {
-        jar->insertCookie(Cookie{name, value, url});
+        jar.insertCookie(Cookie{name, value, url});
     }
 }
 
@@ -36,7 +36,7 @@ Response CookieJarAdapter::perform(Request const& request, Options const& option
     sent.cookies.clear();
     fillMapWithCookies(sent.cookies, selection);
     auto response = operation(client(), sent, options);
-    addCookiesToJar(response.cookies, request.url, jar_);
+    addCookiesToJar(response.cookies, request.url, *jar_);
     return response;
 }
 

@@ -32,13 +32,14 @@ template <typename Outcome>
 struct HasGroupedOutcomes<Outcome, std::void_t<decltype(Outcome::CONNECTION_FAILURE)>>
     : std::true_type {};
 
-/// Throws `std::runtime_error` for a value that the release does not define.
+/// Throws `std::runtime_error` for a value that the release does not define. The text is fixed, as
+/// it is spelled.
 [[noreturn]] inline void refuseOutcome() {
     throw std::runtime_error("Uknown cpr::ErrorCode provided");
 }
 
-/// Those releases number their outcomes like `ErrorCode`, except that they have two values, 13 and
-/// 14, for what `GenericSslError` stands for.
+/// Releases up to 1.10 number their outcomes like `ErrorCode`, except that they have two values, 13
+/// and 14, for what `GenericSslError` stands for.
 inline ErrorCode errorCodeOfGrouped(std::int32_t outcome) {
     if ((outcome >= 0 && outcome <= 13) || outcome == 1000) {
         return static_cast<ErrorCode>(outcome);

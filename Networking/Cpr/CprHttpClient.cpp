@@ -96,10 +96,13 @@ cpr::Parameters parametersOf(Url const& url) {
 }
 
 cpr::Cookies cookiesOf(Request const& request) {
+    constexpr auto IS_FOR_SUBDOMAINS = false;
+    constexpr auto IS_HTTPS_ONLY = false;
+    auto const noExpiry = std::chrono::system_clock::from_time_t(0);
     cpr::Cookies cookies(true);
     for (auto const& [name, value] : request.cookies) {
-        cookies.push_back(cpr::Cookie(name, value, "", false, "/", false,
-                                      std::chrono::system_clock::from_time_t(0)));
+        cookies.push_back(
+            cpr::Cookie(name, value, "", IS_FOR_SUBDOMAINS, "/", IS_HTTPS_ONLY, noExpiry));
     }
     return cookies;
 }
@@ -125,7 +128,9 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
         setCurlOption(session->GetCurlHolder()->handle, CURLOPT_COOKIE, nullptr);
     }
     session->SetOption(cpr::Timeout(std::chrono::milliseconds(options.timeout / 1000)));
-    session->SetOption(cpr::Redirect(long{options.maxRedirects}, options.followRedirects, false,
+    constexpr auto SENDS_CREDENTIALS_TO_OTHER_HOSTS = false;
+    session->SetOption(cpr::Redirect(long{options.maxRedirects}, options.followRedirects,
+                                     SENDS_CREDENTIALS_TO_OTHER_HOSTS,
                                      cpr::PostRedirectFlags::POST_ALL));
     if (!options.proxy.empty()) {
         session->SetProxies(proxiesFor(url.protocol(), options.proxy));
