@@ -34,7 +34,18 @@ Options everyOption() {
     auto const isCancelled = [] { return true; };
     auto const onProgress = [](auto, auto) {};
     auto const onData = [](auto const&) {};
-    return {1, 2, 3, true, 4, 5, "own://proxy:1", isCancelled, onProgress, onData};
+    Options options;
+    options.lowSpeedLimit = 1;
+    options.lowSpeedTime = 2;
+    options.timeout = 3;
+    options.followRedirects = true;
+    options.maxRedirects = 4;
+    options.progressInterval = 5;
+    options.proxy = "own://proxy:1";
+    options.isCancelled = isCancelled;
+    options.onProgress = onProgress;
+    options.onData = onData;
+    return options;
 }
 
 auto fieldsOf(ScriptedClient::Call const& call) {
@@ -213,15 +224,15 @@ TEST(CookieJarAdapterTest, StoresTheCookiesOfEveryResponseUnderTheUrlOfTheReques
     inner->answer(OK, {{"sid", "1"}, {"b", "2"}});
     inner->answer(LATE, {{"sid", ""}});
     inner->answer(OK);
-    std::vector<std::string> stored;
-    while (stored.size() < 6) {
+    for (std::string const sid : {"1", "", ""}) {
         (void)addCookieJarAdapter(inner, jar)->get(request, {});
+        Cookies stored;
         for (auto const& cookie : jar->cookiesForUrl(request.url)) {
             EXPECT_EQ(cookie.url.toString(), request.url.toString());
-            stored.push_back(cookie.name + "=" + cookie.value);
+            stored.emplace(cookie.name, cookie.value);
         }
+        EXPECT_EQ(stored, (Cookies{{"b", "2"}, {"sid", sid}}));
     }
-    EXPECT_THAT(stored, ElementsAre("b=2", "sid=1", "b=2", "sid=", "b=2", "sid="));
 }
 
 TEST(CookieJarAdapterTest, StoresNothingIfTheClientThrows) {

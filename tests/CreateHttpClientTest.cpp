@@ -33,9 +33,13 @@ TEST(StubHttpClientTest, SucceedsAtOnceWithoutACallback) {
     for (auto const& operation : Testing::operations()) {
         auto const r = operation.call(*stub, Request(), options);
         EXPECT_EQ(r.error.code, ErrorCode::Ok);
-        EXPECT_TRUE(r.statusCode == 0 && r.error.message.empty() && r.body.empty() &&
-                    r.headers.empty() && r.cookies.empty() && r.statusLine.empty() &&
-                    r.reason.empty());
+        EXPECT_EQ(r.statusCode, 0);
+        EXPECT_EQ(r.error.message, "");
+        EXPECT_EQ(r.statusLine, "");
+        EXPECT_EQ(r.reason, "");
+        EXPECT_EQ(r.body, "");
+        EXPECT_TRUE(r.headers.empty());
+        EXPECT_TRUE(r.cookies.empty());
     }
 }
 

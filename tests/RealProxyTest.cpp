@@ -48,9 +48,11 @@ void expectNoTrust(std::string const& host) {
     EXPECT_TRUE(server.requests().empty());
 }
 
+// tests/CMakeLists.txt runs the suites whose names begin with "Trusted" with the certificate in
+// place of libcurl's authorities, and the others without.
 TEST(RealProxyTest, RefusesAServerThatIsNotTrusted) { expectNoTrust("127.0.0.1"); }
 
-TEST(RealProxyTest, TrustedFetchesOverHttps) {
+TEST(TrustedRealProxyTest, FetchesOverHttps) {
     expectNoTrust("localhost");  // Not the name in the certificate.
     auto const server = tlsServer();
     for (auto const& operation : Testing::operations()) {

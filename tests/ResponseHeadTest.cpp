@@ -13,8 +13,8 @@
 namespace Ostrel::Networking {
 namespace {
 
-using Testing::Connection;
 using ::testing::AnyOf;
+using Testing::Connection;
 using ::testing::Each;
 using ::testing::HasSubstr;
 using ::testing::Not;

@@ -36,8 +36,10 @@ public:
             return end != std::string::npos &&
                    (length > end || text.size() >= end + 4 + std::stoul(&text[length + 18]));
         };
-        for (auto piece = readSome(); !piece.empty(); piece = isWhole() ? "" : readSome()) {
+        auto piece = readSome();
+        while (!piece.empty()) {
             text += piece;
+            piece = isWhole() ? "" : readSome();
         }
         return text;
     }
