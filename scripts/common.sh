@@ -49,3 +49,23 @@ debian_mirror() {
     apt-get indextargets --format '$(ORIGIN)|$(REPO_URI)' 'Created-By: Packages' |
         sed -n '/[Ss]ecurity/d; s/^Debian|//p' | head -n 1
 }
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+
+become_root() {
+    [ "$(id -u)" -ne 0 ] || return 0
+    command -v sudo >/dev/null || fail "root rights are needed; run this script as root or install sudo"
+    say "sudo may ask for your password"
+    sudo true || fail "sudo refused; nothing was installed"
+}
+
+install_packages() {
+    quietly as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "$@" ||
+        fail "could not install: $*"
+}

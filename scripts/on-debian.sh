@@ -3,7 +3,8 @@
 # README there, or the given command:
 #   scripts/on-debian.sh [--user] SUITE [COMMAND [ARGUMENT...]]
 # They run as root, or with --user as an ordinary user who has sudo. The system is deleted at the end. It uses separate mount
-# and process namespaces, so that nothing stays mounted or running even after an interruption. Works as root only.
+# and process namespaces, so that nothing stays mounted or running even after an interruption. Works as root only. Unlike a
+# container, it needs no container tool and no image.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 umask 022
