@@ -1,5 +1,6 @@
 // Reads any text as the heads of a transfer.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -7,6 +8,7 @@
 #include "Networking/Cpr/ResponseHead.h"
 #include "fuzz/Require.h"
 
+using Ostrel::Networking::compressionsIn;
 using Ostrel::Networking::readResponseHead;
 using Ostrel::Networking::ResponseHead;
 
@@ -43,5 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     auto const before = readResponseHead(complete);
     require(areEqual(before, readResponseHead(complete + "A: b\r\n c\r\nd")),
             "trailers have no effect");
+
+    auto const commas = std::count(text.begin(), text.end(), ',');
+    require(compressionsIn(text) <= commas + 1, "codings are separated by commas");
     return 0;
 }
