@@ -78,7 +78,7 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {HTTP + "/?q=1/2", "1 plain.test:80"},
              {HTTP + "?a=b=c", "1 plain.test:80"},
              {HTTP + "?what?", "1 plain.test:80"},
-             {HTTPS + "/route", "2 secure.test:443"},
+             {HTTP + "/#/route", "1 plain.test:80"},
          }) {
         auto values = allEntries();
         values[changed] = value;
@@ -126,9 +126,11 @@ TEST_F(NativeProxyProviderTest, LogsAnExceptionAndHasNoProxy) {
     settings.onCopy = [] { throw std::bad_alloc(); };
     expectLogged("Error getting system proxystd::bad_alloc");
 
+    NativeProxyProvider const provider;
+    auto const longUrl = HTTP + "/" + std::string(100, 'x');
     {
         Testing::FailingAllocation const failing(0);
-        EXPECT_THROW((void)NativeProxyProvider().getProxy(HTTP), std::bad_alloc)
+        EXPECT_THROW((void)provider.getProxy(longUrl), std::bad_alloc)
             << "reading the URL is not reading the settings";
     }
     auto const before = SnapshotCount::current();
