@@ -1,5 +1,5 @@
-# Fails if LIBRARY exports anything but the documented interface.
-execute_process(COMMAND ${NM} --dynamic --defined-only --demangle --format=posix ${LIBRARY}
+# Fails if LIBRARY exports anything but the documented interface. SCOPE is the option with which NM prints what is exported.
+execute_process(COMMAND ${NM} ${SCOPE} --defined-only --demangle --format=posix ${LIBRARY}
     OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 set(classes "CaseInsensitiveCompare|ClientAdapter|CookieJar|CookieJarAdapter|CprHttpClient|ForceProtocolAdapter|ICookieJar")
 string(APPEND classes "|IHttpClient|IProxyProvider|NativeProxyProvider|RetriesAdapter|SystemProxyAdapter|Url")
