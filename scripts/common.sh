@@ -4,9 +4,14 @@ set -euo pipefail
 SCRIPT=$(basename "$0" .sh)
 PROCESSORS=$(getconf _NPROCESSORS_ONLN)
 
-# Homebrew installs glog where CMake does not look.
+# Homebrew installs glog and OpenSSL, which cpp-httplib asks for, where CMake does not look. glog comes first, because the general
+# prefix may have another package of that name.
 if command -v brew >/dev/null; then
-    export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:+$CMAKE_PREFIX_PATH:}$(brew --prefix):$(brew --prefix glog)"
+    export CMAKE_PREFIX_PATH="${CMAKE_PREFIX_PATH:+$CMAKE_PREFIX_PATH:}$(brew --prefix glog):$(brew --prefix)"
+    HOMEBREW_OPENSSL=$(brew --prefix openssl@4 2>/dev/null || true)
+    if [ -z "${OPENSSL_ROOT_DIR:-}" ] && [ -d "$HOMEBREW_OPENSSL" ]; then
+        export OPENSSL_ROOT_DIR=$HOMEBREW_OPENSSL
+    fi
 fi
 
 say() {

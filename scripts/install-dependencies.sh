@@ -10,7 +10,7 @@ PACKAGES=(
     libgtest-dev libgmock-dev libbenchmark-dev libcpp-httplib-dev
     ca-certificates locales openssl tinyproxy-bin
 )
-HOMEBREW_FORMULAE="cmake ninja ccache pkgconf cpr glog googletest google-benchmark cpp-httplib"
+HOMEBREW_FORMULAE="cmake ninja ccache pkgconf cpr glog googletest google-benchmark cpp-httplib openssl@4"
 
 has_cpr() {
     local prefix
