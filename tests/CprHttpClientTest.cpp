@@ -407,6 +407,8 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
     constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
     constexpr auto UNKNOWN = ErrorCode::UnknownError;
     auto const ok = "HTTP/1.1 200 OK\r\n"s;
+    // What the system opens in a first call and keeps is not counted.
+    (void)get("https://" + RawServer(hangUp).authority());
     struct Row {
         std::string name;
         RawServer::Handler handler;
