@@ -9,10 +9,14 @@
 namespace Ostrel::Networking {
 
 /// Finds proxies in the network settings of macOS, which are read for every call; on other systems
-/// there is no proxy. The settings have one entry each for URLs with the protocols "http", "https"
-/// and "socks", in lower case. An entry is used if its host, its port and its enable flag are
-/// present, even if the flag is 0; the host must be ASCII. Automatic configuration (PAC) and
-/// exception lists are ignored. Safe to call from several threads.
+/// there is no proxy. Safe to call from several threads.
+///
+/// The settings have one entry each for URLs with the protocols "http", "https" and "socks", in
+/// lower case. An entry is used if its host, its port and its enable flag are present; the system
+/// removes host and port of an entry that is switched off. The host must be ASCII.
+///
+/// Automatic configuration (PAC), exception lists and entries for single network interfaces are not
+/// read. Settings that cannot be read count as no proxy, which is not logged.
 ///
 /// Of the URL, only the text before its query and fragment is parsed. If that is not of the grammar
 /// of `Url`, as for the host "[::1]", there is no proxy.
