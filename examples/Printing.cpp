@@ -1,5 +1,7 @@
 #include "examples/Printing.h"
 
+#include <iostream>
+
 using Ostrel::Networking::ErrorCode;
 using Ostrel::Networking::Response;
 
@@ -54,4 +56,17 @@ std::string summaryOf(Response const& response) {
            ", headers: " + std::to_string(response.headers.size()) +
            ", cookies: " + std::to_string(response.cookies.size()) +
            ", body: " + std::to_string(response.body.size()) + " bytes";
+}
+
+int report(Response const& response) {
+    if (response.error.code != ErrorCode::Ok) {
+        std::cerr << "failed: " << summaryOf(response) << '\n';
+        return 1;
+    }
+    if (response.statusCode < 200 || response.statusCode > 299) {
+        std::cerr << "refused: " << response.statusLine << '\n';
+        return 1;
+    }
+    std::cout << response.body << '\n';
+    return 0;
 }

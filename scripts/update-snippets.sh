@@ -1,24 +1,25 @@
 #!/usr/bin/env bash
-# Copies the regions of the examples between "// [snippet]" and "// [/snippet]" into docs/cookbook.md, below the lines
-# "<!-- snippet: NAME -->". With --check it changes nothing, and fails if the page differs from the examples.
+# Copies code of the examples into the pages of docs/cookbook, below the lines "<!-- snippet: FILE -->": the includes of
+# FILE in angle brackets, then its regions between "// [snippet]" and "// [/snippet]". With --check it changes nothing, and
+# fails if a page differs from the examples.
 cd "$(dirname "$0")/.."
 . scripts/common.sh
 
-PAGE=docs/cookbook.md
-
-# Prints the regions of an example, separated by empty lines, without the indentation of their first markers.
+# Prints the includes and the regions of an example, separated by empty lines, without the indentation of the regions'
+# first markers.
 snippet_of() {
     awk '
-        /^ *\/\/ \[snippet\]$/ { if (count++) print ""; indent = match($0, /\//) - 1; inside = 1; next }
+        /^#include </ { print; next }
+        /^ *\/\/ \[snippet\]$/ { print ""; count++; indent = match($0, /\//) - 1; inside = 1; next }
         /^ *\/\/ \[\/snippet\]$/ { inside = 0; next }
         inside { print substr($0, indent + 1) }
         END { if (!count || inside) { print FILENAME ": no complete snippet" > "/dev/stderr"; exit 1 } }
-    ' "examples/$1.cpp"
+    ' "examples/$1"
 }
 
-# Prints the page with all blocks of code below markers replaced by the current snippets.
-updated_page() {
-    local line marker='^<!-- snippet: ([a-z_]+) -->$'
+# Prints a page with all blocks of code below markers replaced by the current snippets.
+updated() {
+    local line marker='^<!-- snippet: ([A-Za-z_]+\.(h|cpp)) -->$'
     while IFS= read -r line; do
         printf '%s\n' "$line"
         [[ $line =~ $marker ]] || continue
@@ -29,12 +30,14 @@ updated_page() {
         until [[ $line == '```' ]]; do
             IFS= read -r line || fail "no end of the code block below: ${BASH_REMATCH[0]}"
         done
-    done <"$PAGE"
+    done <"$1"
 }
 
-UPDATED=$(updated_page)
-if [ "${1:-}" = --check ]; then
-    diff -u "$PAGE" - <<<"$UPDATED" || fail "$PAGE differs from the examples; run scripts/update-snippets.sh"
-else
-    printf '%s\n' "$UPDATED" >"$PAGE"
-fi
+for page in docs/cookbook/*.md; do
+    text=$(updated "$page")
+    if [ "${1:-}" = --check ]; then
+        diff -u "$page" - <<<"$text" || fail "$page differs from the examples; run scripts/update-snippets.sh"
+    else
+        printf '%s\n' "$text" >"$page"
+    fi
+done

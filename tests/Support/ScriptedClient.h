@@ -40,6 +40,8 @@ public:
         answers_.push_back({503, "body", {{"X", "y"}}, cookies, {outcome, message}, "line", "No"});
     }
 
+    void answer(Response const& response) { answers_.push_back(response); }
+
     [[nodiscard]] std::vector<Call> const& calls() const { return calls_; }
 
     Response get(Request const& request, Options const& options) override {
