@@ -67,6 +67,6 @@ int report(Response const& response) {
         std::cerr << "refused: " << response.statusLine << '\n';
         return 1;
     }
-    std::cout << response.body << '\n';
+    std::cout << response.body << std::endl;
     return 0;
 }

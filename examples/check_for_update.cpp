@@ -3,6 +3,7 @@
 
 #include <ctime>
 #include <iostream>
+#include <optional>
 #include <string>
 
 #include <Networking/CreateHttpClient.h>
@@ -12,13 +13,26 @@ using namespace Ostrel::Networking;
 namespace {
 
 // [snippet]
-// Reads a date as `getLastModified` does: the time zone of the process shifts both by the same
-// time, so it does not affect the comparison.
+/// Reads a date as `getLastModified` does: the time zone of the process shifts both by the same
+/// time, so it does not affect the comparison.
 std::time_t timeOf(std::string const& lastModified) {
     Response response;
     response.error.code = ErrorCode::Ok;
     response.headers["Last-Modified"] = lastModified;
     return response.getLastModified();
+}
+
+/// Whether the file at `url` is newer than the installed one, whose "Last-Modified" is given;
+/// nothing if the server does not tell.
+std::optional<bool> isNewer(IHttpClient& client, Url const& url, std::string const& installed) {
+    Options options;
+    options.timeout = 10'000'000;  // microseconds
+    auto const response = client.head({url}, options);
+    // Without a date, or after a failure, `getLastModified` returns 0.
+    if (response.statusCode != 200 || response.getLastModified() <= 0) {
+        return std::nullopt;
+    }
+    return response.getLastModified() > timeOf(installed);
 }
 // [/snippet]
 
@@ -29,18 +43,10 @@ int main(int argc, char* argv[]) {
         std::cerr << "usage: check_for_update URL DATE\n";
         return 2;
     }
-    std::string const installed = argv[2];
-    // [snippet]
-    Request request;
-    request.url = Url(argv[1]);
-    Options options;
-    options.timeout = 10'000'000;  // microseconds
-    auto const response = createHttpClient(HttpClientType::Cpr)->head(request, options);
-    if (response.statusCode != 200 || response.getLastModified() <= 0) {
+    auto const found = isNewer(*createHttpClient(HttpClientType::Cpr), Url(argv[1]), argv[2]);
+    if (!found) {
         std::cerr << "cannot tell whether there is a newer version\n";
         return 1;
     }
-    auto const isNewer = response.getLastModified() > timeOf(installed);
-    std::cout << (isNewer ? "there is a newer version\n" : "up to date\n");
-    // [/snippet]
+    std::cout << (*found ? "there is a newer version\n" : "up to date\n");
 }

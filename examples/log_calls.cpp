@@ -9,12 +9,14 @@
 #include <Networking/Adapters/ClientAdapter.h>
 #include <Networking/CreateHttpClient.h>
 
+#include "examples/Printing.h"
+
 using namespace Ostrel::Networking;
 
 namespace {
 
 // [snippet]
-/// Logs the URL, the status, the error code and the duration of every call.
+/// Logs host and path, the status, the error code and the duration of every call.
 class LoggingAdapter final : public ClientAdapter {
 public:
     explicit LoggingAdapter(std::shared_ptr<IHttpClient> const& client) : ClientAdapter(client) {}
@@ -25,22 +27,15 @@ private:
         auto const start = std::chrono::steady_clock::now();
         auto response = operation(client(), request, options);
         auto const elapsed = std::chrono::steady_clock::now() - start;
-        // One string, so that the lines of several threads do not mix.
-        std::clog << loggable(request.url) + ": status " + std::to_string(response.statusCode) +
-                         ", error " + std::to_string(static_cast<int>(response.error.code)) + ", " +
+        auto const host = request.url.host();  // With user info, if the rest is a single character.
+        auto const target = host.substr(host.rfind('@') + 1) + request.url.path();
+        // One string, so that the lines of several threads do not mix. Ends the target where a
+        // parameter or another line could start, because `Url` allows these characters.
+        std::clog << target.substr(0, target.find_first_of("?;\r\n")) + ": status " +
+                         std::to_string(response.statusCode) + ", error " +
+                         std::to_string(static_cast<int>(response.error.code)) + ", " +
                          std::to_string(elapsed / std::chrono::milliseconds(1)) + " ms\n";
         return response;
-    }
-
-    /// Omits user info and query, which may be secret. Ends at the first character that could start
-    /// a parameter or a new line, because `Url` allows them in a host and in a path.
-    static std::string loggable(Url url) {
-        static std::string const plain =
-            "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~:/%";
-        url.setUserInfo({});
-        url.setHost(url.host().substr(url.host().rfind('@') + 1));
-        auto const text = url.toString();
-        return text.substr(0, text.find_first_not_of(plain));
     }
 };
 // [/snippet]
@@ -52,8 +47,8 @@ int main(int argc, char* argv[]) {
         std::cerr << "usage: log_calls URL\n";
         return 2;
     }
-    // [snippet]
+    Options options;
+    options.timeout = 10'000'000;  // microseconds
     LoggingAdapter client(createHttpClient(HttpClientType::Cpr));
-    std::cout << client.get({Url(argv[1])}, {}).body;
-    // [/snippet]
+    return report(client.get({Url(argv[1])}, options));
 }

@@ -1,34 +1,34 @@
 // Posts a note as JSON and prints the server's response.
-// Usage: post_json URL
+// Usage: post_json URL JSON
 
 #include <iostream>
+#include <string>
 
 #include <Networking/CreateHttpClient.h>
 
+#include "examples/Printing.h"
+
 using namespace Ostrel::Networking;
 
-int main(int argc, char* argv[]) {
-    if (argc != 2) {
-        std::cerr << "usage: post_json URL\n";
-        return 2;
-    }
-    // [snippet]
-    Request request;
-    request.url = Url(argv[1]);
+namespace {
+
+// [snippet]
+/// Sends the bytes of `json` unchanged.
+Response postJson(IHttpClient& client, Url const& url, std::string const& json) {
+    Request request{url};
     request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"}};
     Options options;
     options.timeout = 10'000'000;  // microseconds
-    auto const client = createHttpClient(HttpClientType::Cpr);
-    auto const response = client->post(request, R"({"title":"Tea","done":false})", options);
+    return client.post(request, json, options);
+}
+// [/snippet]
 
-    if (response.error.code != ErrorCode::Ok) {
-        std::cerr << "not sent: " << response.error.message << '\n';
-        return 1;
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    if (argc != 3) {
+        std::cerr << "usage: post_json URL JSON\n";
+        return 2;
     }
-    if (response.statusCode < 200 || response.statusCode > 299) {
-        std::cerr << "refused: " << response.statusLine << '\n';
-        return 1;
-    }
-    std::cout << response.body << '\n';
-    // [/snippet]
+    return report(postJson(*createHttpClient(HttpClientType::Cpr), Url(argv[1]), argv[2]));
 }

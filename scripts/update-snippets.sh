@@ -9,7 +9,8 @@ cd "$(dirname "$0")/.."
 # first markers.
 snippet_of() {
     awk '
-        /^#include </ { print; next }
+        /^#include <Networking/ && includes && !libraries++ { print "" }
+        /^#include </ { print; includes++; next }
         /^ *\/\/ \[snippet\]$/ { print ""; count++; indent = match($0, /\//) - 1; inside = 1; next }
         /^ *\/\/ \[\/snippet\]$/ { inside = 0; next }
         inside { print substr($0, indent + 1) }
