@@ -1,39 +1,50 @@
 // Logs in with a form, then fetches a page that needs the login.
-// Usage: cookie_session LOGIN_URL PAGE_URL
+// Usage: cookie_session LOGIN_URL PAGE_URL USER PASSWORD
 
 #include <iostream>
 #include <memory>
+#include <string>
 
 #include <Networking/AddAdapter.h>
 #include <Networking/CookieJar/CookieJar.h>
 #include <Networking/CreateHttpClient.h>
 
-using namespace Ostrel::Networking;
+#include "examples/ExactCookiesAdapter.h"
+#include "examples/Printing.h"
+
+using namespace Recipes;
+
+namespace {
+
+// [snippet]
+/// All clients with the same jar share the login.
+std::unique_ptr<IHttpClient> sessionClient(std::shared_ptr<ICookieJar> const& jar) {
+    std::shared_ptr<IHttpClient> const client = createHttpClient(HttpClientType::Cpr);
+    return addCookieJarAdapter(std::make_shared<ExactCookiesAdapter>(client), jar);
+}
+
+/// Sends the form of a login page. The cookies of the response are in the client's jar afterwards.
+Response logIn(IHttpClient& client, Url const& url, std::string const& user,
+               std::string const& password) {
+    Options options;               // Redirects are not followed: they would repeat the password.
+    options.timeout = 10'000'000;  // microseconds
+    return client.post({url}, MultiPart{{{"user", user}, {"password", password}}}, options);
+}
+// [/snippet]
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
-    if (argc != 3) {
-        std::cerr << "usage: cookie_session LOGIN_URL PAGE_URL\n";
+    if (argc != 5) {
+        std::cerr << "usage: cookie_session LOGIN_URL PAGE_URL USER PASSWORD\n";
         return 2;
     }
-    // [snippet]
-    // The application can inspect the jar and share it with other clients.
-    auto const jar = std::make_shared<CookieJar>();
-    auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr), jar);
-    Options options;
-    options.timeout = 10'000'000;  // microseconds
-
-    Request login;
-    login.url = Url(argv[1]);
-    MultiPart const form{{{"user", "ada"}, {"password", "secret"}}};
-    auto const welcome = client->post(login, form, options);
-    if (welcome.error.code != ErrorCode::Ok || welcome.statusCode != 200) {
-        std::cerr << "login failed: " << welcome.statusLine << welcome.error.message << '\n';
-        return 1;
+    auto const client = sessionClient(std::make_shared<CookieJar>());
+    auto const welcome = logIn(*client, Url(argv[1]), argv[3], argv[4]);
+    if (welcome.error.code != ErrorCode::Ok || welcome.statusCode >= 400) {
+        return report(welcome);
     }
-    std::cout << "cookies stored: " << jar->cookiesForUrl(login.url).size() << '\n';
-
-    Request page;
-    page.url = Url(argv[2]);
-    std::cout << client->get(page, options).body << '\n';
-    // [/snippet]
+    Options options;
+    options.timeout = 10'000'000;
+    return report(client->get({Url(argv[2])}, options));
 }

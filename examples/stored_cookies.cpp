@@ -1,92 +1,27 @@
 // Fetches a URL with the cookies of earlier runs, which are kept in a file.
 // Usage: stored_cookies URL FILE
 
-#include <filesystem>
-#include <fstream>
-#include <iomanip>
 #include <iostream>
 #include <memory>
-#include <mutex>
-#include <stdexcept>
-#include <string>
-#include <system_error>
-#include <utility>
-#include <vector>
 
 #include <Networking/AddAdapter.h>
-#include <Networking/CookieJar/CookieJar.h>
 #include <Networking/CreateHttpClient.h>
 
-using namespace Ostrel::Networking;
+#include "examples/ExactCookiesAdapter.h"
+#include "examples/FileCookieJar.h"
+#include "examples/Printing.h"
 
-namespace {
-
-// [snippet]
-/// A `CookieJar` that writes its cookies to a file after every change.
-class FileCookieJar final : public ICookieJar {
-public:
-    /// Throws `std::runtime_error` if the file ends within a cookie.
-    explicit FileCookieJar(std::string const& file) : file_(file) {
-        std::ifstream in(file, std::ios::binary);
-        std::string host;
-        for (Cookie cookie;
-             in >> std::quoted(host) >> std::quoted(cookie.name) >> std::quoted(cookie.value);
-             host.clear()) {
-            cookie.url.setHost(host);  // The jar uses nothing else of the URL.
-            jar_.insertCookie(cookie);
-        }
-        if (!host.empty()) {
-            throw std::runtime_error("incomplete cookie file: " + file);
-        }
-    }
-
-    std::vector<Cookie> cookiesForUrl(Url const& url) const override {
-        return jar_.cookiesForUrl(url);
-    }
-    bool deleteCookie(Cookie const& cookie) override {
-        auto const isDeleted = jar_.deleteCookie(cookie);
-        save();
-        return isDeleted;
-    }
-    void insertCookie(Cookie const& cookie) override { insertCookie(Cookie(cookie)); }
-    void insertCookie(Cookie&& cookie) override {
-        jar_.insertCookie(std::move(cookie));
-        save();
-    }
-
-private:
-    /// On failure, for instance on a full disk, the old file and the cookies in memory are kept.
-    void save() {
-        std::lock_guard const lock(mutex_);
-        auto const partial = file_ + ".part";
-        std::ofstream out(partial, std::ios::binary);
-        std::error_code error;
-        std::filesystem::permissions(partial, std::filesystem::perms(0600), error);
-        for (auto const& [name, value, url] : jar_.cookiesForUrl(Url())) {  // No host selects all.
-            out << std::quoted(url.host()) << std::quoted(name) << std::quoted(value) << '\n';
-        }
-        out.close();
-        if (out && !error) {
-            std::filesystem::rename(partial, file_, error);  // Replaces the old file in one step.
-        }
-    }
-
-    std::string file_;
-    CookieJar jar_;
-    std::mutex mutex_;  // Guards the file.
-};
-// [/snippet]
-
-}  // namespace
+using namespace Recipes;
 
 int main(int argc, char* argv[]) {
     if (argc != 3) {
         std::cerr << "usage: stored_cookies URL FILE\n";
         return 2;
     }
-    // [snippet]
-    auto const client = addCookieJarAdapter(createHttpClient(HttpClientType::Cpr),
-                                            std::make_shared<FileCookieJar>(argv[2]));
-    std::cout << client->get({Url(argv[1])}, {}).body;
-    // [/snippet]
+    std::shared_ptr<IHttpClient> const client = createHttpClient(HttpClientType::Cpr);
+    auto const session = addCookieJarAdapter(std::make_shared<ExactCookiesAdapter>(client),
+                                             std::make_shared<FileCookieJar>(argv[2]));
+    Options options;
+    options.timeout = 10'000'000;  // microseconds
+    return report(session->get({Url(argv[1])}, options));
 }
