@@ -17,7 +17,7 @@ enum class ErrorCode : std::int32_t {
     EmptyResponse = 2,               ///< The server sent no response.
     HostResolutionFailure = 3,       ///< The host name could not be resolved.
     InternalError = 4,               ///< Failure in the transport, or a malformed response.
-    InvalidUrlFormat = 5,            ///< The transport rejected the URL.
+    InvalidUrlFormat = 5,            ///< The transport rejected the URL, such as one with a blank.
     NetworkReceiveError = 6,         ///< Failure while receiving.
     NetworkSendFailure = 7,          ///< Failure while sending.
     OperationTimedOut = 8,           ///< Time limit reached, or too slow for too long.

@@ -29,7 +29,8 @@ struct Request {
     /// elsewhere.
     ///
     /// Names and values of parameters are percent-encoded, also if they already are: "%20" is sent
-    /// as "%2520". A parameter with an empty value is sent as its name alone, without "=".
+    /// as "%2520" (docs/cookbook/requests.md sends a link unchanged). A parameter with an empty
+    /// value is sent as its name alone, without "=".
     Url url;
 
     /// Name to value. A header with an empty value is sent without a value. A header "Cookie"

@@ -16,7 +16,8 @@ namespace Ostrel::Networking {
 /// Const operations are safe to call from several threads; changes are not synchronised.
 class QORNETWORKING_EXPORT Url {
 public:
-    /// The user info of a URL, before "@".
+    /// The user info of a URL, before "@". Not encoded when it is sent: percent-encode "@", "/",
+    /// "#" and the like.
     struct UserInfo {
         std::string user;
         /// Empty if there is none; a URL with a password but no user is not valid.
