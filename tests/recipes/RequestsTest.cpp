@@ -1,7 +1,6 @@
 // The recipes of docs/cookbook/requests.md.
 
 #include <chrono>
-#include <cstdint>
 #include <future>
 #include <memory>
 #include <string>
@@ -17,8 +16,6 @@
 #include "tests/recipes/RunProgram.h"
 
 namespace Recipes {
-
-namespace {
 
 TEST(RequestRecipes, ProgramsSendTheRequestAndPrintTheResult) {
     struct Row {
@@ -41,22 +38,20 @@ TEST(RequestRecipes, ProgramsSendTheRequestAndPrintTheResult) {
         {"check_for_update", {"/", "Sat, 21 Nov 2026 10:00:00 GMT"}, "/", "is a newer"},
         {"check_for_update", {"/", "Sun, 22 Nov 2026 10:00:00 GMT"}, "/", "up to date"},
     };
-    for (auto const& row : rows) {
+    for (auto row : rows) {
         SCOPED_TRACE(row.program + " " + row.target);
         LocalServer const server([](auto const& request, auto& response) {
             auto const type = request.get_header_value("Content-Type");
-            if (request.method == "HEAD") {
-                response.set_header("Last-Modified", "Sun, 22 Nov 2026 10:00:00 GMT");
-            }
+            auto const date = request.method == "HEAD" ? "Last-Modified" : "Date";
+            response.set_header(date, "Sun, 22 Nov 2026 10:00:00 GMT");
             response.set_content(request.method + " " + type + " " + request.body, "text/plain");
             if (request.path == "/old") {
                 response.set_redirect("/new?to=/home");
             }
         });
-        auto arguments = row.arguments;
-        arguments.front().insert(0, server.url(""));
+        row.arguments.front().insert(0, server.url(""));
 
-        auto const outcome = run(row.program, arguments);
+        auto const outcome = run(row.program, row.arguments);
 
         ASSERT_FALSE(server.requests().empty());
         EXPECT_EQ(outcome.status, 0);
@@ -65,7 +60,7 @@ TEST(RequestRecipes, ProgramsSendTheRequestAndPrintTheResult) {
     }
 }
 
-Response redirectTo(std::string const& location, std::int32_t status) {
+static Response redirectTo(std::string const& location, int status) {
     auto const name = location.empty() ? "X-No-Location" : "Location";
     return {status, "", {{name, location}}, {}, {ErrorCode::Ok, ""}, "", ""};
 }
@@ -73,7 +68,7 @@ Response redirectTo(std::string const& location, std::int32_t status) {
 TEST(RedirectingClientRecipe, FollowsAsTheStatusSaysWithoutGivingSecretsAway) {
     struct Row {
         std::string url;
-        std::int32_t status;
+        int status;
         std::string location;
         std::string lastOperation;
         std::string lastUrl;  // The same as `url` if the redirect is not followed.
@@ -126,21 +121,15 @@ TEST(RedirectingClientRecipe, RepeatsHeadAndEndsALoopAfterTenRedirects) {
 }
 
 TEST(BackgroundCallRecipe, EndsWithoutWaitingAndDeliversNothingAfterwards) {
-    std::promise<void> hasArrived;
-    LocalServer server([&](auto const&, auto&) {
-        hasArrived.set_value();
-        server.stall();
-    });
+    LocalServer server([&server](auto const&, auto&) { server.stall(); });
     std::promise<void> isDestroyed;
     auto isDelivered = false;
     auto window = std::make_unique<BackgroundCall>(
         [&](auto const& options) {
-            auto response = createHttpClient(HttpClientType::Cpr)->get({server.url()}, options);
             isDestroyed.get_future().wait_for(std::chrono::seconds(10));
-            return response;
+            return createHttpClient(HttpClientType::Cpr)->get({server.url()}, options);
         },
         Options(), [&](auto const&) { isDelivered = true; });
-    hasArrived.get_future().wait();
 
     window.reset();
 
@@ -149,7 +138,5 @@ TEST(BackgroundCallRecipe, EndsWithoutWaitingAndDeliversNothingAfterwards) {
     EXPECT_TRUE(BackgroundCall::waitForAll(std::chrono::seconds(10)));
     EXPECT_FALSE(isDelivered);
 }
-
-}  // namespace
 
 }  // namespace Recipes
