@@ -1,4 +1,4 @@
-// Tests a function that sends a request, without a server.
+// Tests a function that uses the network, without a network.
 // Usage: fake_client
 
 #include <iostream>
@@ -10,18 +10,18 @@ using namespace Ostrel::Networking;
 
 namespace {
 
+// [snippet]
 /// The function under test. It takes the client as an argument.
 std::string newestVersion(IHttpClient& client) {
-    Request request;
-    request.url = Url("https://example.com/newest");
-    auto const response = client.get(request, {});
-    return response.statusCode == 200 ? response.body : "unknown";
+    auto const response = client.get({Url("https://example.com/newest")}, {});
+    auto const isKnown = response.error.code == ErrorCode::Ok && response.statusCode == 200;
+    return isKnown ? response.body : "unknown";
 }
 
-// [snippet]
+/// Answers every call with `answer`, and keeps the request.
 class FakeClient final : public IHttpClient {
 public:
-    Response answer;
+    Response answer;  // Until it is set, calls fail with `ErrorCode::NotPerformed`.
     Request asked;
 
     Response get(Request const& request, Options const&) override { return reply(request); }
@@ -39,21 +39,23 @@ private:
         return answer;
     }
 };
+
+bool isNewestVersionRight() {
+    FakeClient client;
+    auto const whenOffline = newestVersion(client);
+    client.answer.error.code = ErrorCode::Ok;
+    client.answer.statusCode = 200;
+    client.answer.body = "2.1";
+    auto const whenOnline = newestVersion(client);
+    return whenOffline == "unknown" && whenOnline == "2.1" &&
+           client.asked.url.toString() == "https://example.com/newest";
+}
 // [/snippet]
 
 }  // namespace
 
 int main() {
-    // [snippet]
-    FakeClient client;
-    auto const before = newestVersion(client);  // The answer is still `NotPerformed`.
-    client.answer.statusCode = 200;
-    client.answer.body = "2.1";
-    auto const after = newestVersion(client);
-
-    auto const isPassed = before == "unknown" && after == "2.1" &&
-                          client.asked.url.toString() == "https://example.com/newest";
-    // [/snippet]
+    auto const isPassed = isNewestVersionRight();
     std::cout << (isPassed ? "passed\n" : "failed\n");
     return isPassed ? 0 : 1;
 }

@@ -6,29 +6,28 @@
 #include <Networking/AddAdapter.h>
 #include <Networking/CreateHttpClient.h>
 
+#include "examples/Printing.h"
+
 using namespace Ostrel::Networking;
+
+namespace {
+
+// [snippet]
+/// Fetches `url` through the system's proxy for its protocol; directly if there is none.
+Response getThroughSystemProxy(Url const& url) {
+    auto const client = addSystemProxyAdapter(createHttpClient(HttpClientType::Cpr));
+    Options options;
+    options.timeout = 10'000'000;  // microseconds
+    return client->get({url}, options);
+}
+// [/snippet]
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
     if (argc != 2) {
         std::cerr << "usage: system_proxy URL\n";
         return 2;
     }
-    // [snippet]
-    auto const client = addSystemProxyAdapter(createHttpClient(HttpClientType::Cpr));
-    Request request;
-    request.url = Url(argv[1]);
-    Options options;
-    options.timeout = 10'000'000;  // microseconds
-    auto const response = client->get(request, options);
-
-    if (response.error.code == ErrorCode::ProxyResolutionFailure) {
-        std::cerr << "check the proxy in the network settings: " << response.error.message << '\n';
-        return 1;
-    }
-    // [/snippet]
-    if (response.error.code != ErrorCode::Ok) {
-        std::cerr << "failed: " << response.error.message << '\n';
-        return 1;
-    }
-    std::cout << response.statusLine << ", " << response.body.size() << " bytes\n";
+    return report(getThroughSystemProxy(Url(argv[1])));
 }
