@@ -17,7 +17,7 @@ class LocalServer {
 public:
     using Handler = std::function<void(httplib::Request const&, httplib::Response&)>;
 
-    /// `server` may be an `httplib::SSLServer`. It must have no routes.
+    /// `server` may be an `httplib::SSLServer`. Its own routes, if any, come before `handler`.
     /// Throws `std::runtime_error` if there is no free port.
     explicit LocalServer(
         Handler handler = [](auto const&, auto&) {},

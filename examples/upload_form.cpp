@@ -8,28 +8,32 @@
 
 #include <Networking/CreateHttpClient.h>
 
+#include "examples/Printing.h"
+
 using namespace Ostrel::Networking;
+
+namespace {
+
+// [snippet]
+/// Reports a fault with the text of a log file, which is empty if the file cannot be read.
+Response sendReport(IHttpClient& client, Url const& url, std::string const& logFile) {
+    std::ifstream file(logFile, std::ios::binary);
+    std::string const log{std::istreambuf_iterator<char>(file), {}};
+    MultiPart const form{{{"subject", "It hangs"},
+                          {"system", R"({"cores":8})", "application/json"},
+                          {"log", log, "text/plain"}}};
+    Options options;
+    options.timeout = 60'000'000;  // microseconds, including the upload
+    return client.post({url}, form, options);
+}
+// [/snippet]
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
     if (argc != 3) {
         std::cerr << "usage: upload_form URL LOG_FILE\n";
         return 2;
     }
-    // [snippet]
-    std::ifstream file(argv[2], std::ios::binary);
-    std::string const log{std::istreambuf_iterator<char>(file), {}};
-    MultiPart const form{{{"subject", "It hangs"},
-                          {"system", R"({"cores":8})", "application/json"},
-                          {"log", log, "text/plain"}}};
-    Request request;
-    request.url = Url(argv[1]);
-    Options options;
-    options.timeout = 60'000'000;  // microseconds, including the upload
-    auto const response = createHttpClient(HttpClientType::Cpr)->post(request, form, options);
-    // [/snippet]
-    if (response.error.code != ErrorCode::Ok) {
-        std::cerr << "not sent: " << response.error.message << '\n';
-        return 1;
-    }
-    std::cout << response.statusLine << '\n' << response.body << '\n';
+    return report(sendReport(*createHttpClient(HttpClientType::Cpr), Url(argv[1]), argv[2]));
 }
