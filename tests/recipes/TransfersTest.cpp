@@ -139,7 +139,10 @@ TEST(DownloadRecipe, EndsAboveItsLimitAndWhenCancelled) {
 TEST(DownloadRecipe, LimitsTheTimeOfTheHeadOnly) {
     Folder const folder;
     ScriptedClient client;
-    client.answer({200, "", {}, {}, {ErrorCode::Ok, ""}, "", ""});
+    Response found;
+    found.statusCode = 200;
+    found.error.code = ErrorCode::Ok;
+    client.answer(found);
     client.answer(ErrorCode::ConnectionFailure);
     Options options;
     options.timeout = 5;
