@@ -27,7 +27,7 @@ enum class ErrorCode : std::int32_t {
     SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
     GenericSslError = 13,            ///< Any other TLS failure.
     UnsupportedProtocol = 14,        ///< Unsupported protocol, or the response is not HTTP.
-    RequestCancelled = 15,           ///< Ended by `isCancelled`, or the body was not delivered.
+    RequestCancelled = 15,           ///< Ended by `isCancelled`, or bytes follow a compressed body.
     TooManyRedirects = 16,           ///< More redirects than allowed.
     UnknownError = 1000,             ///< Any other failure of the transport.
     NotPerformed = 1001,             ///< Nothing was sent.

@@ -34,7 +34,8 @@ struct Request {
     Url url;
 
     /// Name to value. A header with an empty value is sent without a value. A header "Cookie"
-    /// replaces all of `cookies`.
+    /// replaces all of `cookies`. "Content-Length" and "Transfer-Encoding" are sent as given, even
+    /// if they do not fit the body: leave them to the transport.
     ///
     /// Headers are also sent to the targets of redirects, except "Authorization" and "Cookie",
     /// which are not sent to another host.

@@ -91,7 +91,7 @@ TEST(CprHttpClientTest, PostsBytesAndForms) {
     CprHttpClient client;
     auto request = requestFor(server.url());
     MultiPart const form{{{"z", "1", "a/b; c=d"},
-                          {"a\xc3\xa4", std::string(100'000, 'x'), ""},
+                          {"a\xc3\xa4", std::string(2'000'000, 'x'), ""},
                           {"empty", "", "text/plain"},
                           {"z", "v\r\n--\r\n", ""}}};
 
@@ -358,7 +358,9 @@ TEST(RefusalTest, RefusesWhatHttpCannotCarry) {
              {"", {"no URL"s, {{"", ""}}, {}}},
              {"URL contains NUL", {url + "a\0b"s, {}, {}}},
              {"URL contains NUL", {"http://u\0@"s + server.authority(), {}, {}}},
-             {"URL is too long", requestFor(url + "a?b=" + huge)},
+             {"URL is too long", requestFor(url + huge)},
+             {"value of parameter b is too long", requestFor(url + "a?b=" + huge)},
+             {"parameter name is too long", requestFor(url + "a?" + huge + "=")},
              {"header name is not a token", header("", "v")},
              {"header name is not a token", header("X\0Y"s, "v")},
              {"header name is not a token", header("X\rY: 1", "v")},
@@ -374,6 +376,7 @@ TEST(RefusalTest, RefusesWhatHttpCannotCarry) {
              {"value of cookie c is too long", cookie(huge)},
              {"cookie name is too long", {url, {}, {{huge, "v"}}}},
              {"request head is too long", {url, {{"X", half}}, {{"c", half}}}},
+             {"request head is too long", cookie(std::string(400'000, ' '))},
              {"value of cookie c contains a line break", cookie("\"v\r\nY: 1\"")},
              {"value of cookie c contains NUL", cookie("\"\0\""s)},
              {"proxy contains NUL", plain, {}, url + "\0"s},

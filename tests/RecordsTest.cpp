@@ -39,7 +39,8 @@ TEST(CaseInsensitiveCompareTest, IsTheSameInATurkishLocale) {
     ASSERT_NE(std::tolower('I'), 'i');
     Request const request{Url(), {{"X-REQUEST-ID", "1"}, {"x-request-id", "2"}}};
     auto const head = readResponseHead(
-        "HTTP/1.1 302 A: b\r\nTRANSFER-ENCODING: chunked\r\n\r\nHTTP/1.1 500 Evil: trailer\r\n");
+        "HTTP/1.1 302 A: b\r\nTRANSFER-ENCODING: chunked\r\n\r\nHTTP/1.1 500 Evil: trailer\r\n",
+        true);
     std::setlocale(LC_ALL, "C");
 
     EXPECT_EQ(request.headers.size(), 1U);

@@ -1,5 +1,7 @@
 #include <cstdarg>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include <curl/curl.h>
 #include <dlfcn.h>
@@ -42,13 +44,30 @@ namespace {
 
 TEST(RefusedOptionTest, EndsTheCallIfAPromiseStandsOnIt) {
     Testing::RawServer server(Testing::answering(Testing::EMPTY_OK));
-    for (auto const option : {CURLOPT_PROXY, CURLOPT_NOPROXY, CURLOPT_SUPPRESS_CONNECT_HEADERS,
-                              CURLOPT_NOSIGNAL, PROTOCOLS, REDIR_PROTOCOLS, CURLOPT_READFUNCTION}) {
+    for (auto const option :
+         {CURLOPT_PROXY, CURLOPT_NOPROXY, CURLOPT_SUPPRESS_CONNECT_HEADERS, CURLOPT_NOSIGNAL,
+          PROTOCOLS, REDIR_PROTOCOLS, CURLOPT_COOKIE, CURLOPT_READFUNCTION, CURLOPT_READDATA}) {
         refusedOption = option;
         EXPECT_THROW((void)Testing::get(server.url()), std::runtime_error) << option;
     }
     refusedOption = NONE;
     EXPECT_EQ(server.connections(), 0);
+}
+
+TEST(RefusedOptionTest, SendsNothingElseInPlaceOfABodyThatWasNotCopied) {
+    std::vector<std::string> requests;
+    {
+        Testing::RawServer server(Testing::answering(Testing::EMPTY_OK, &requests));
+        refusedOption = CURLOPT_COPYPOSTFIELDS;
+        auto const request = Testing::requestFor(server.url());
+        auto const response = CprHttpClient().post(request, "body", Testing::patient());
+        refusedOption = NONE;
+        EXPECT_EQ(response.error.code, ErrorCode::InternalError);
+    }
+    for (auto const& request : requests) {
+        EXPECT_EQ(request.substr(0, 5), "POST ");
+        EXPECT_EQ(request.substr(request.find("\r\n\r\n")), "\r\n\r\n");
+    }
 }
 
 TEST(RefusedOptionTest, DoesNotMatterIfItIsAComfort) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -30,15 +31,20 @@ void setCurlOption(CURL* handle, CURLoption option, Value value) {
     }
 }
 
+/// Host and port of the URL of a proxy; ":" if that is not a URL, empty for no proxy.
+std::string proxyAddress(std::string const& proxy) {
+    Url const url(proxy);
+    return proxy.empty() ? "" : url.host() + ":" + url.port();
+}
+
 /// Makes the transfer depend only on the arguments of the call. Whatever the environment contains,
 /// there is no proxy unless the call sets one, and that proxy is used for every host. Only HTTP and
 /// HTTPS are used, also for redirects. Signal handlers of the process are not changed. Calls
-/// libcurl directly, because libcpr has no options for this.
-void setupCurlHandle(cpr::Session& session) {
+/// libcurl directly, because libcpr has no options for this, or ignores that libcurl refuses one.
+void setupCurlHandle(cpr::Session& session, std::string const& proxy) {
     auto* const handle = session.GetCurlHolder()->handle;
-    // With a null pointer, libcurl would read the environment. libcpr overwrites the proxy if it
-    // has one.
-    setCurlOption(handle, CURLOPT_PROXY, "");
+    // An empty text, for no proxy, keeps libcurl from reading the environment.
+    setCurlOption(handle, CURLOPT_PROXY, proxyAddress(proxy).c_str());
     setCurlOption(handle, CURLOPT_NOPROXY, "");
     // A proxy's response to CONNECT is not a response to the request.
     setCurlOption(handle, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
@@ -107,19 +113,12 @@ cpr::Cookies cookiesOf(Request const& request) {
     return cookies;
 }
 
-/// libcpr selects proxies by the protocol of the request.
-cpr::Proxies proxiesFor(std::string const& protocol, std::string const& proxy) {
-    Url const url(proxy);
-    return cpr::Proxies{{protocol, url.host() + ":" + url.port()}};
-}
-
 /// Makes a session that is ready to perform. It refers to `callbacks`, which must outlive it.
 std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options const& options,
                                               TransferCallbacks& callbacks) {
     auto session = std::make_unique<cpr::Session>();
-    setupCurlHandle(*session);
-    auto const url = urlForSession(request.url);
-    session->SetOption(cpr::Url(url.toString()));
+    setupCurlHandle(*session, options.proxy);
+    session->SetOption(cpr::Url(urlForSession(request.url).toString()));
     session->SetOption(parametersOf(request.url));
     session->SetOption(cpr::Header(request.headers.begin(), request.headers.end()));
     session->SetOption(cookiesOf(request));
@@ -132,9 +131,6 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
     session->SetOption(cpr::Redirect(long{options.maxRedirects}, options.followRedirects,
                                      SENDS_CREDENTIALS_TO_OTHER_HOSTS,
                                      cpr::PostRedirectFlags::POST_ALL));
-    if (!options.proxy.empty()) {
-        session->SetProxies(proxiesFor(url.protocol(), options.proxy));
-    }
     setCallbacks(*session, callbacks);
     if (options.lowSpeedLimit > 0 && options.lowSpeedTime > 0) {
         session->SetLowSpeed(Compatibility::lowSpeed(options.lowSpeedLimit, options.lowSpeedTime));
@@ -145,9 +141,13 @@ std::unique_ptr<cpr::Session> setupCprSession(Request const& request, Options co
 /// Moves the fields of `response`, and what `callbacks` collected, into a `Response`. If a cookie
 /// name repeats, the first value is kept.
 Response responsefromCprFormat(cpr::Response&& response, TransferCallbacks& callbacks) {
-    // If a redirect leads through a proxy that refuses it, libcurl has no status, but a head.
-    auto head = response.status_code == 0 ? ResponseHead() : readResponseHead(callbacks.heads());
     Response result;
+    result.error.code = Compatibility::errorCodeOf(response.error.code);
+    result.error.message = std::move(response.error.message);
+    auto const isComplete = result.error.code == ErrorCode::Ok;
+    // If a redirect leads through a proxy that refuses it, libcurl has no status, but a head.
+    auto head = response.status_code == 0 ? ResponseHead()
+                                          : readResponseHead(callbacks.heads(), isComplete);
     result.statusCode = static_cast<std::int32_t>(response.status_code);
     result.statusLine = std::move(head.statusLine);
     result.reason = std::move(head.reason);
@@ -156,13 +156,15 @@ Response responsefromCprFormat(cpr::Response&& response, TransferCallbacks& call
     for (auto cookie = response.cookies.cbegin(); cookie != response.cookies.cend(); ++cookie) {
         result.cookies.emplace(cookie->GetName(), cookie->GetValue());
     }
-    result.error.code = Compatibility::errorCodeOf(response.error.code);
-    result.error.message = std::move(response.error.message);
     if (callbacks.refusal()) {
         result.error = *callbacks.refusal();
     }
     return result;
 }
+
+/// Throws `std::bad_alloc` if memory does not suffice for libcurl's copy of a form: libcpr ignores
+/// that libcurl cannot make it, and the form would be sent without its larger parts.
+void requireMemory(std::size_t size) { ::operator delete(::operator new(size)); }
 
 Response refused(std::string reason) {
     Response response;
@@ -200,6 +202,8 @@ Response CprHttpClient::head(Request const& request, Options const& options) {
 Response CprHttpClient::post(Request const& request, std::string const& body,
                              Options const& options) {
     return transfer(request, {}, options, [&body](cpr::Session& session) {
+        // Otherwise some releases of libcurl send a GET if they cannot copy the body.
+        setCurlOption(session.GetCurlHolder()->handle, CURLOPT_POST, 1L);
         session.SetOption(cpr::Body(body));
         return session.Post();
     });
@@ -209,9 +213,12 @@ Response CprHttpClient::post(Request const& request, MultiPart const& multiPart,
                              Options const& options) {
     auto const perform = [&multiPart](cpr::Session& session) {
         cpr::Multipart form(std::initializer_list<cpr::Part>{});
+        std::size_t size = 0;
         for (auto const& part : multiPart.parts) {
             form.parts.emplace_back(part.name, part.value, part.contentType);
+            size += part.value.size();
         }
+        requireMemory(size);
         session.SetOption(std::move(form));
         return session.Post();
     };

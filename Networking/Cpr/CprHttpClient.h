@@ -11,25 +11,28 @@ namespace Ostrel::Networking {
 /// HTTPS, also for redirects; other protocols end as `ErrorCode::UnsupportedProtocol`. Proxy
 /// variables of the environment have no effect.
 ///
-/// A request whose URL is not valid, or that cannot be sent unchanged over HTTP, ends as
-/// `ErrorCode::NotPerformed`, without network traffic or a callback. In the second case
+/// A request whose URL is not valid, or that contains what HTTP or the transport cannot carry, ends
+/// as `ErrorCode::NotPerformed`, without network traffic or a callback. In the second case
 /// `Error::message` names the field and the reason:
 /// - NUL in the text of the URL, a header, a cookie value in double quotes, a part of a form or the
 ///   proxy;
 /// - a line break in a header, in such a cookie value, or in the name or media type of a part;
-/// - a header name that is not a token (RFC 9110, section 5.6.2), or a value of blanks;
-/// - 1 MiB or more in one of these texts, except the value of a part, or in URL, headers and
-/// cookies
-///   together, before percent-encoding.
+/// - a header name that is not a token (RFC 9110, section 5.6.2), or a header value of blanks;
+/// - 1 MiB or more in one of these texts, except the value of a part;
+/// - 1 MiB or more in the head of the request as it is sent, about 1 KiB by the transport included.
 ///
-/// Heads and trailers of the responses of one call are limited to 1 MiB, and a response may be
-/// compressed once; beyond that the call ends as `ErrorCode::InternalError`. A POST needs memory
-/// for about three times its body, a form for five times.
+/// The heads and trailers of the responses of one call are limited to 1 MiB, and a response may be
+/// compressed once, even if its body is not read; beyond that the call ends as
+/// `ErrorCode::InternalError`.
+///
+/// A POST needs memory for about three times its body. If memory runs out, the call throws
+/// `std::bad_alloc` or ends as an error; inside libcpr and libcurl, it may also end the process, or
+/// send the request without a header, a cookie or a parameter.
 ///
 /// Throws `std::runtime_error` if libcpr reports an outcome that this library does not know, or if
-/// libcurl refuses an option that these promises depend on, and `std::bad_alloc` if memory runs
-/// out. With libcurl 8.18 and 8.19 a server can make libcpr throw `std::invalid_argument`. A caller
-/// that must not fail catches `std::exception`.
+/// libcurl refuses an option that these promises depend on. With some releases of libcurl a server
+/// can make libcpr throw `std::invalid_argument`. A caller that must not fail catches
+/// `std::exception`.
 ///
 /// Safe to call from several threads. Every call must have ended before `main` returns or `exit` is
 /// called. Changes no signal handler; a process should ignore SIGPIPE.

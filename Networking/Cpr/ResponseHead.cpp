@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view BLANKS = " \t";
 constexpr std::string_view DIGITS = "0123456789";
-constexpr auto NONE = std::string_view::npos;
+constexpr auto NOWHERE = std::string_view::npos;
 
 /// Removes the first line of `text` and returns it without "\n".
 std::string_view takeLine(std::string_view& text) {
@@ -36,7 +36,7 @@ std::optional<std::string_view> reasonOf(std::string_view line) {
     auto const versionEnd = line.find_first_not_of("0123456789.", 5);
     auto const code = line.find_first_not_of(BLANKS, versionEnd);
     auto const codeEnd = line.find_first_not_of(DIGITS, code);
-    if (versionEnd == 5 || code == NONE || code == codeEnd) {
+    if (versionEnd == 5 || code == NOWHERE || code == codeEnd) {
         return std::nullopt;
     }
     return trimmed(line.substr(std::min(codeEnd, line.size())));
@@ -46,7 +46,7 @@ std::optional<std::string_view> reasonOf(std::string_view line) {
 /// appended; null if they are dropped with the header.
 std::string* addHeader(std::string_view line, ResponseHead& head) {
     auto const colon = line.find(':');
-    if (colon == NONE) {
+    if (colon == NOWHERE) {
         return nullptr;
     }
     auto const [header, isNew] =
@@ -63,13 +63,13 @@ void appendFold(std::string_view line, std::string* value) {
 
 }  // namespace
 
-ResponseHead readResponseHead(std::string_view rawHeads) {
+ResponseHead readResponseHead(std::string_view rawHeads, bool isComplete) {
     ResponseHead complete;
     std::optional<ResponseHead> open;
     std::string* foldable = nullptr;
-    // A status line begins a head, except inside an open one. After a chunked body, one with a
-    // colon may also be a trailer: what it opens is dropped at the next status line, or at the end
-    // if no empty line has completed it.
+    // A status line begins a head, except inside an open one. After a chunked body it may also be a
+    // trailer: what it opens is dropped at the next status line, or at the end if no empty line has
+    // completed it. If the transfer failed, one without a colon is taken for a head cut short.
     auto mayBeTrailers = false;
     while (!rawHeads.empty()) {
         auto const line = takeLine(rawHeads);
@@ -77,11 +77,11 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
         if (reason) {
             open = ResponseHead{std::string(trimmed(line)), std::string(*reason), {}};
             foldable = nullptr;
-            mayBeTrailers =
-                line.find(':') != NONE && complete.headers.count("Transfer-Encoding") > 0;
+            mayBeTrailers = complete.headers.count("Transfer-Encoding") > 0 &&
+                            (isComplete || line.find(':') != NOWHERE);
         } else if (open && (line.empty() || line.front() == '\r')) {
             complete = *std::exchange(open, std::nullopt);
-        } else if (open && BLANKS.find(line.front()) != NONE) {
+        } else if (open && BLANKS.find(line.front()) != NOWHERE) {
             appendFold(line, foldable);
         } else if (open) {
             foldable = addHeader(line, *open);
@@ -96,8 +96,8 @@ ResponseHead readResponseHead(std::string_view rawHeads) {
 int compressionsIn(std::string_view line) {
     auto const colon = line.find(':');
     auto const name = line.substr(0, colon);
-    if (colon == NONE || !(equalsIgnoringCase(name, "Content-Encoding") ||
-                           equalsIgnoringCase(name, "Transfer-Encoding"))) {
+    if (colon == NOWHERE || !(equalsIgnoringCase(name, "Content-Encoding") ||
+                              equalsIgnoringCase(name, "Transfer-Encoding"))) {
         return 0;
     }
     auto compressions = 0;
@@ -106,7 +106,8 @@ int compressionsIn(std::string_view line) {
         auto const coding = trimmed(codings.substr(0, end));
         codings.remove_prefix(std::min(end + 1, codings.size()));
         auto const isNone = coding.empty() || equalsIgnoringCase(coding, "chunked") ||
-                            equalsIgnoringCase(coding, "identity");
+                            equalsIgnoringCase(coding, "identity") ||
+                            equalsIgnoringCase(coding, "none");
         compressions += isNone ? 0 : 1;
     }
     return compressions;

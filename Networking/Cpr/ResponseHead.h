@@ -20,13 +20,17 @@ struct ResponseHead {
 };
 
 /// Reads the head of the last response from `rawHeads`, the heads and trailers of a whole transfer
-/// as libcurl delivers them. Ignores trailers and all responses before the last, which is an
-/// interim one only if no other follows. Takes one pass without recursion, apart from the ordering
-/// of the headers by name. Throws only if memory runs out.
-[[nodiscard]] ResponseHead readResponseHead(std::string_view rawHeads);
+/// as libcurl delivers them. `isComplete` tells that the transfer succeeded, so that no head is cut
+/// short.
+///
+/// Ignores trailers and all responses before the last, which is an interim one only if no other
+/// follows. Takes one pass without recursion, apart from the ordering of the headers by name.
+/// Throws only if memory runs out.
+[[nodiscard]] ResponseHead readResponseHead(std::string_view rawHeads, bool isComplete);
 
 /// Returns how many compressions a line of a head announces: the codings of "Content-Encoding" and
-/// "Transfer-Encoding" (RFC 9110, section 8.4; RFC 9112, section 6.1) but "chunked" and "identity".
+/// "Transfer-Encoding" (RFC 9110, section 8.4; RFC 9112, section 6.1) but "chunked", "identity" and
+/// "none".
 [[nodiscard]] int compressionsIn(std::string_view line);
 
 }  // namespace Ostrel::Networking

@@ -10,9 +10,12 @@ namespace Ostrel::Networking {
 
 namespace {
 
-/// In bytes: a text, or all texts of a request's head together. libcurl sends no longer head, and
+/// In bytes: a text, or the head of a request as it is sent. libcurl sends no longer head, and
 /// libcpr ignores that libcurl refuses an option of more than 8,000,000 bytes.
 constexpr std::size_t TOO_LONG = 1 << 20;
+
+/// In bytes: what libcurl adds to a head, such as method, version and default headers. An estimate.
+constexpr std::size_t ADDED_LENGTH = 1024;
 
 constexpr auto NOWHERE = std::string_view::npos;
 
@@ -21,6 +24,15 @@ constexpr bool isNul(char c) { return c == '\0'; }
 constexpr bool isNulOrLineBreak(char c) { return c == '\0' || c == '\r' || c == '\n'; }
 /// libcurl drops a header whose value consists of these.
 constexpr std::string_view BLANKS = " \t\v\f";
+
+/// The length of `text` when it is percent-encoded (RFC 3986, section 2.1).
+std::size_t encodedLength(std::string_view text) {
+    auto const isEncoded = [](char c) {
+        return !isAlphanumeric(c) && std::string_view("-._~").find(c) == NOWHERE;
+    };
+    auto const count = std::count_if(text.begin(), text.end(), isEncoded);
+    return text.size() + 2 * static_cast<std::size_t>(count);
+}
 
 /// Whether `text` is a token (RFC 9110, section 5.6.2).
 bool isToken(std::string_view text) {
@@ -59,14 +71,23 @@ std::string refusalOfHeader(std::string const& name, std::string const& value) {
     return refusalOfText("value of header ", name, value, isNulOrLineBreak);
 }
 
+/// libcpr sends such a cookie value unchanged and percent-encodes all others.
+bool isQuoted(std::string_view value) {
+    return !value.empty() && value.front() == '"' && value.back() == '"';
+}
+
 std::string refusalOfCookie(std::string const& name, std::string const& value) {
     if (auto refusal = refusalOfText("cookie name", "", name, isNothing); !refusal.empty()) {
         return refusal;
     }
-    // libcpr sends a value in double quotes unchanged and percent-encodes all others.
-    auto const isSentAsIs = !value.empty() && value.front() == '"' && value.back() == '"';
-    return refusalOfText("value of cookie ", name, value,
-                         [isSentAsIs](char c) { return isSentAsIs && isNulOrLineBreak(c); });
+    return isQuoted(value) ? refusalOfText("value of cookie ", name, value, isNulOrLineBreak)
+                           : refusalOfText("value of cookie ", name, value, isNothing);
+}
+
+std::string refusalOfParameter(std::string const& name, std::string const& value) {
+    auto const refusal = refusalOfText("parameter name", "", name, isNothing);
+    return !refusal.empty() ? refusal
+                            : refusalOfText("value of parameter ", name, value, isNothing);
 }
 
 std::string refusalOfPart(MultiPart::Part const& part) {
@@ -89,29 +110,28 @@ Url urlForSession(Url url) {
 }
 
 std::string refusalOf(Request const& request, MultiPart const& form, Options const& options) {
-    auto const url = request.url.toString();
-    if (auto refusal = refusalOfText("URL", "", url, isNothing); !refusal.empty()) {
+    auto const url = urlForSession(request.url).toString();
+    if (auto refusal = refusalOfText("URL", "", url, isNul); !refusal.empty()) {
         return refusal;
     }
-    // Parameters are percent-encoded, and the anchor is not sent: both may contain NUL.
-    if (url.find('\0') != NOWHERE) {
-        auto refusal = refusalOfText("URL", "", urlForSession(request.url).toString(), isNul);
-        if (!refusal.empty()) {
+    auto size = url.size() + ADDED_LENGTH;
+    for (auto const& [name, value] : request.url.parameters()) {
+        if (auto refusal = refusalOfParameter(name, value); !refusal.empty()) {
             return refusal;
         }
+        size += encodedLength(name) + encodedLength(value) + 2;
     }
-    auto size = url.size();
     for (auto const& [name, value] : request.headers) {
         if (auto refusal = refusalOfHeader(name, value); !refusal.empty()) {
             return refusal;
         }
-        size += name.size() + value.size();
+        size += name.size() + value.size() + 4;
     }
     for (auto const& [name, value] : request.cookies) {
         if (auto refusal = refusalOfCookie(name, value); !refusal.empty()) {
             return refusal;
         }
-        size += name.size() + value.size();
+        size += encodedLength(name) + (isQuoted(value) ? value.size() : encodedLength(value)) + 3;
     }
     if (size >= TOO_LONG) {
         return "request head is too long";
