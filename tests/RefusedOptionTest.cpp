@@ -20,18 +20,21 @@ constexpr auto REDIR_PROTOCOLS = static_cast<CURLoption>(182);
 constexpr auto QUICK_EXIT = static_cast<CURLoption>(322);
 
 constexpr auto NONE = CURLOPT_LASTENTRY;
-CURLoption refusedOption = NONE;
+CURLoption REFUSED_OPTION = NONE;
 
 }  // namespace
 
 /// Replaces libcurl's function in the test program: refuses one option, as a libcurl does that is
 /// older than the option.
 extern "C" CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...) {
-    if (option == refusedOption) {
+    if (option == REFUSED_OPTION) {
         return CURLE_UNKNOWN_OPTION;
     }
     va_list arguments;
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wvarargs"  // libcurl's own function has this parameter.
     va_start(arguments, option);
+#pragma GCC diagnostic pop
     auto* const value = va_arg(arguments, void*);
     va_end(arguments);
     using Function = CURLcode (*)(CURL*, CURLoption, ...);
@@ -47,10 +50,10 @@ TEST(RefusedOptionTest, EndsTheCallIfAPromiseStandsOnIt) {
     for (auto const option :
          {CURLOPT_PROXY, CURLOPT_NOPROXY, CURLOPT_SUPPRESS_CONNECT_HEADERS, CURLOPT_NOSIGNAL,
           PROTOCOLS, REDIR_PROTOCOLS, CURLOPT_COOKIE, CURLOPT_READFUNCTION, CURLOPT_READDATA}) {
-        refusedOption = option;
+        REFUSED_OPTION = option;
         EXPECT_THROW((void)Testing::get(server.url()), std::runtime_error) << option;
     }
-    refusedOption = NONE;
+    REFUSED_OPTION = NONE;
     EXPECT_EQ(server.connections(), 0);
 }
 
@@ -58,10 +61,10 @@ TEST(RefusedOptionTest, SendsNothingElseInPlaceOfABodyThatWasNotCopied) {
     std::vector<std::string> requests;
     {
         Testing::RawServer server(Testing::answering(Testing::EMPTY_OK, &requests));
-        refusedOption = CURLOPT_COPYPOSTFIELDS;
+        REFUSED_OPTION = CURLOPT_COPYPOSTFIELDS;
         auto const request = Testing::requestFor(server.url());
         auto const response = CprHttpClient().post(request, "body", Testing::patient());
-        refusedOption = NONE;
+        REFUSED_OPTION = NONE;
         EXPECT_EQ(response.error.code, ErrorCode::InternalError);
     }
     for (auto const& request : requests) {
@@ -72,9 +75,9 @@ TEST(RefusedOptionTest, SendsNothingElseInPlaceOfABodyThatWasNotCopied) {
 
 TEST(RefusedOptionTest, DoesNotMatterIfItIsAComfort) {
     Testing::RawServer server(Testing::answering(Testing::EMPTY_OK));
-    refusedOption = QUICK_EXIT;
+    REFUSED_OPTION = QUICK_EXIT;
     EXPECT_EQ(Testing::get(server.url()).error.code, ErrorCode::Ok);
-    refusedOption = NONE;
+    REFUSED_OPTION = NONE;
 }
 
 }  // namespace
