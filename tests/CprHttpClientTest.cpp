@@ -1,11 +1,9 @@
 #include "Networking/Cpr/CprHttpClient.h"
 
-#include <algorithm>
 #include <cctype>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <future>
 #include <optional>
 #include <string>
 #include <thread>
@@ -26,28 +24,19 @@ namespace {
 
 using namespace std::string_literals;
 using namespace Testing;
-using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
-using ::testing::Pair;
 
 constexpr auto OK = ErrorCode::Ok;
 constexpr auto LATE = ErrorCode::OperationTimedOut;
 constexpr auto TOO_MANY = ErrorCode::TooManyRedirects;
-
-Options following() {
-    auto options = patient();
-    options.followRedirects = true;
-    options.maxRedirects = 1;
-    return options;
-}
 
 TEST(CprHttpClientTest, PerformsEveryOperation) {
     std::vector<std::string> requests = {"none"};
     RawServer server([&requests](Connection& connection) {
         requests.push_back(connection.readRequest());
         connection.send(
-            "HTTP/1.1 404 Gone\r\nContent-Length: 4\r\nX-Answer: 42\r\n"
+            "HTTP/1.1 404 Gone\r\nContent-Length: 4\r\n"
             "Set-Cookie: a=1; Path=/\r\nSet-Cookie: a=2; Path=/deep\r\n\r\n");
         if (requests.back().substr(0, 4) != "HEAD") {
             connection.send("body");
@@ -60,19 +49,18 @@ TEST(CprHttpClientTest, PerformsEveryOperation) {
     request.headers = {{"X-Empty", ""}, {"X-Odd", "a:b \"c\" \t\x01\xff"}};
     request.cookies = {
         {"a\r\n", "1\0"s}, {"b", "\"q d\""}, {"c", ""}, {"d", "\"\n"}, {"e", "\n\""}};
+    decltype(Response::headers)
+        const headers = {{"Content-Length", "4"}, {"Set-Cookie", "a=1; Path=/"}};
     for (auto const& [name, method, call] : operations()) {
         SCOPED_TRACE(name);
         CprHttpClient client;
         auto const response = call(client, request, patient());
 
-        EXPECT_EQ(response.error.code, OK) << "an error status is a completed transfer";
-        EXPECT_EQ(response.error.message, "");
-        EXPECT_EQ(response.statusCode, 404);
-        EXPECT_EQ(response.statusLine, "HTTP/1.1 404 Gone");
-        EXPECT_EQ(response.reason, "Gone");
-        EXPECT_EQ(response.body, method == "HEAD" ? "" : "body");
-        EXPECT_EQ(response.headers.at("x-answer"), "42");
-        EXPECT_THAT(response.cookies, ElementsAre(Pair("a", "1"))) << "the first one is kept";
+        // An error status is a completed transfer, and the first cookie of a name is kept.
+        auto const* body = method == "HEAD" ? "" : "body";
+        Response const expected{404,   body, headers, {{"a", "1"}}, {OK, ""}, "HTTP/1.1 404 Gone",
+                                "Gone"};
+        EXPECT_EQ(fieldsOf(response), fieldsOf(expected));
         for (auto const& text :
              {method + " /a/c?a%26b%00=c%3Dd%20e%0D%0A%00&e", "&name=%2520&z=1 HTTP/1.1\r\n"s,
               "\r\nX-Empty:\r\n"s, "\r\nX-Odd: a:b \"c\" \t\x01\xff\r\n"s,
@@ -114,6 +102,13 @@ TEST(CprHttpClientTest, PostsBytesAndForms) {
     }
 }
 
+TEST(CprHttpClientTest, SendsNoCookieLineWithoutCookies) {
+    std::vector<std::string> requests;
+    RawServer server(answering(EMPTY_OK, &requests));
+    EXPECT_EQ(get(server.url()).statusCode, 200);
+    EXPECT_THAT(requests.at(0), Not(HasSubstr("Cookie")));
+}
+
 TEST(CprHttpClientTest, FollowsRedirectsAsTold) {
     LocalServer server([](auto const& request, auto& response) {
         auto const hop = std::stoi(request.path.substr(1));
@@ -128,13 +123,10 @@ TEST(CprHttpClientTest, FollowsRedirectsAsTold) {
         std::int32_t max;
         ErrorCode code;
         int statusCode;
-        std::size_t requests;
     };
-    for (auto const& row : {Row{false, 5, OK, 301, 1}, Row{true, 5, OK, 200, 4},
-                            Row{true, 3, OK, 200, 4}, Row{true, -1, OK, 200, 4},
-                            Row{true, 2, TOO_MANY, 302, 3}, Row{true, 0, TOO_MANY, 301, 1}}) {
+    for (auto const& row : {Row{false, 5, OK, 301}, Row{true, 3, OK, 200}, Row{true, -1, OK, 200},
+                            Row{true, 2, TOO_MANY, 302}, Row{true, 0, TOO_MANY, 301}}) {
         SCOPED_TRACE(row.max);
-        auto const before = server.requests().size();
         auto options = patient();
         options.followRedirects = row.follow;
         options.maxRedirects = row.max;
@@ -144,7 +136,6 @@ TEST(CprHttpClientTest, FollowsRedirectsAsTold) {
         EXPECT_EQ(response.error.code, row.code);
         EXPECT_EQ(response.statusCode, row.statusCode);
         EXPECT_EQ(response.body, row.statusCode == 200 ? "end of POSTx" : "");
-        EXPECT_EQ(server.requests().size() - before, row.requests);
     }
 }
 
@@ -175,49 +166,35 @@ TEST(CprHttpClientTest, UsesHostAndPortOfTheProxy) {
     EXPECT_EQ(target.connections(), 0) << "a proxy that is no URL was ignored";
 }
 
-std::string largeBody() { return std::string(4'000'000, 'x'); }
+std::string const LARGE_BODY(4'000'000, 'x');
 
-RawServer::Handler answeringWithLargeBody() {
-    auto const body = largeBody();
-    return answering("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) +
-                     "\r\n\r\n" + body);
-}
-
-TEST(CprHttpClientTest, CollectsABodyOrStreamsIt) {
-    RawServer server(answeringWithLargeBody());
-    EXPECT_TRUE(get(server.url()).body == largeBody());
+TEST(CprHttpClientTest, CollectsABodyOrStreamsItAndReportsProgress) {
+    RawServer server(answering(okWith(LARGE_BODY)));
+    EXPECT_TRUE(get(server.url()).body == LARGE_BODY);
 
     std::string received;
+    auto reports = 0;
     auto options = patient();
     options.onData = [&received](std::string const& chunk) { received += chunk; };
-    auto const response = get(server.url(), options);
-    EXPECT_EQ(response.error.code, OK);
-    EXPECT_EQ(response.statusCode, 200);
-    EXPECT_EQ(response.body, "");
-    EXPECT_TRUE(received == largeBody());
-}
-
-TEST(CprHttpClientTest, ReportsProgress) {
-    RawServer server(answeringWithLargeBody());
-    std::vector<std::int64_t> reports;
-    auto options = patient();
-    options.onProgress = [&reports](std::int64_t downloaded, std::int64_t total) {
-        EXPECT_EQ(total, static_cast<std::int64_t>(largeBody().size()));
-        reports.push_back(downloaded);
+    options.onProgress = [&reports](std::int64_t, std::int64_t total) {
+        EXPECT_EQ(total, static_cast<std::int64_t>(LARGE_BODY.size()));
+        ++reports;
     };
-    EXPECT_EQ(get(server.url(), options).error.code, OK);
-    EXPECT_FALSE(reports.empty());
-    EXPECT_TRUE(std::is_sorted(reports.begin(), reports.end()));
+    auto const response = get(server.url(), options);
+    EXPECT_EQ(response.statusCode, 200) << response.error.message;
+    EXPECT_EQ(response.body, "");
+    EXPECT_TRUE(received == LARGE_BODY);
+    EXPECT_GT(reports, 0);
 }
 
 TEST(CprHttpClientTest, IsCancelledWhileItStreamsCollectsOrWaits) {
-    RawServer server(answeringWithLargeBody());
+    RawServer server(answering(okWith(LARGE_BODY)));
     std::size_t received = 0;
     auto streaming = patient();
     streaming.onData = [&received](std::string const& chunk) { received += chunk.size(); };
     streaming.isCancelled = [&received] { return received > 100'000; };
     EXPECT_EQ(get(server.url(), streaming).error.code, ErrorCode::RequestCancelled);
-    EXPECT_LT(received, largeBody().size() / 2);
+    EXPECT_LT(received, LARGE_BODY.size() / 2);
 
     auto cancelled = patient();
     cancelled.isCancelled = [] { return true; };
@@ -227,54 +204,38 @@ TEST(CprHttpClientTest, IsCancelledWhileItStreamsCollectsOrWaits) {
 }
 
 TEST(CprHttpClientTest, EndsWhenOutOfTimeOrTooSlow) {
-    constexpr std::int64_t LONG = 20'000'000;
-    auto const paced = [](std::string const& text, int milliseconds) -> RawServer::Handler {
-        return [=](Connection& connection) {
-            (void)connection.readRequest();
-            for (std::size_t i = 0; i < text.size() && connection.send(text.substr(i, 1)); ++i) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-            }
-        };
+    auto const slow = [](Connection& connection) {
+        (void)connection.readRequest();
+        for (auto const& byte : EMPTY_OK) {
+            connection.send({&byte, 1});
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     };
-    auto const slow = paced(EMPTY_OK, 1);
-    auto const slower = paced("HTTP/1.1 200 OK\r\n\r\n" + std::string(20'000, 'x'), 5);
+    auto const stalling = endless("HTTP/1.1 200 OK\r\n\r\n");
     struct Row {
         RawServer::Handler handler;
         std::int32_t lowSpeedLimit, lowSpeedTime;
         std::int64_t timeout;
         ErrorCode code;
     };
-    std::vector<std::future<void>> calls;
     auto const start = std::chrono::steady_clock::now();
     for (auto const& row :
-         {Row{endless(""), 0, 0, 50'999, LATE}, Row{slower, 500, 1, LONG, LATE},
+         {Row{stalling, 0, 0, 50'999, LATE}, Row{stalling, 500, 1, patient().timeout, LATE},
           // Half a pair and a timeout below a millisecond are none.
-          Row{slow, 1 << 30, 0, 0, OK}, Row{slow, 0, 1, 999, OK}, Row{slow, -1, 1, -1500, OK}}) {
-        calls.push_back(std::async(std::launch::async, [row] {
-            RawServer server(row.handler);
-            Options options;
-            options.lowSpeedLimit = row.lowSpeedLimit;
-            options.lowSpeedTime = row.lowSpeedTime;
-            options.timeout = row.timeout;
-            EXPECT_EQ(get(server.url(), options).error.code, row.code) << row.timeout;
-        }));
+          Row{slow, 1 << 30, 0, 999, OK}, Row{slow, -1, 1, -1500, OK}}) {
+        SCOPED_TRACE(row.timeout);
+        RawServer server(row.handler);
+        Options options;
+        options.lowSpeedLimit = row.lowSpeedLimit;
+        options.lowSpeedTime = row.lowSpeedTime;
+        options.timeout = row.timeout;
+        EXPECT_EQ(get(server.url(), options).error.code, row.code);
     }
-    calls.clear();  // Waits for all.
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(15));
 }
 
-TEST(CprHttpClientTest, ReportsFailuresOfTheTransportAsValues) {
-    std::vector<std::pair<std::string, ErrorCode>> const rows = {
-        {"http://127.0.0.1:1/", ErrorCode::ConnectionFailure},
-        {"http://" + std::string(64, 'a') + ".test/", ErrorCode::HostResolutionFailure},
-        {"http://127.0.0.1:99999/", ErrorCode::InvalidUrlFormat},
-        {"proto://127.0.0.1/", ErrorCode::UnsupportedProtocol},
-    };
-    for (auto const& [url, code] : rows) {
-        auto const response = get(url);
-        EXPECT_EQ(response.error.code, code) << url;
-        EXPECT_TRUE(code != ErrorCode::ConnectionFailure || !response.error.message.empty());
-    }
+TEST(CprHttpClientTest, ReportsAPortThatIsTooLargeAsAValue) {
+    EXPECT_EQ(get("http://127.0.0.1:99999/").error.code, ErrorCode::InvalidUrlFormat);
 }
 
 /// Closes the connection, which resets it if the peer has more to say.
@@ -310,9 +271,8 @@ TEST(EnvironmentTest, KeepsItsSignalHandlers) {
     std::signal(SIGPIPE, own);
     auto options = patient();
     options.isCancelled = [&] {
-        struct sigaction current {};
-        sigaction(SIGPIPE, nullptr, &current);
-        EXPECT_EQ(current.sa_handler, own);
+        auto* const current = std::signal(SIGPIPE, own);
+        EXPECT_EQ(current, own);
         return true;
     };
     EXPECT_EQ(get(server.url(), options).error.code, ErrorCode::RequestCancelled);
@@ -347,9 +307,6 @@ TEST(RefusalTest, RefusesWhatHttpCannotCarry) {
     auto const header = [&url](std::string const& name, std::string const& value) {
         return Request{url, {{"A", "fit"}, {name, value}, {"Z", "fit"}}, {}};
     };
-    auto const cookie = [&url](std::string const& value) {
-        return Request{url, {}, {{"a", "\"fit\""}, {"c", value}, {"z", "\"fit\""}}};
-    };
     auto const plain = requestFor(url);
     auto options = following();
     options.onData = [](std::string const&) { ADD_FAILURE(); };
@@ -357,33 +314,25 @@ TEST(RefusalTest, RefusesWhatHttpCannotCarry) {
     for (auto const& row : std::vector<Row>{
              {"", {"no URL"s, {{"", ""}}, {}}},
              {"URL contains NUL", {url + "a\0b"s, {}, {}}},
-             {"URL contains NUL", {"http://u\0@"s + server.authority(), {}, {}}},
              {"URL is too long", requestFor(url + huge)},
              {"value of parameter b is too long", requestFor(url + "a?b=" + huge)},
-             {"parameter name is too long", requestFor(url + "a?" + huge + "=")},
              {"header name is not a token", header("", "v")},
              {"header name is not a token", header("X\0Y"s, "v")},
-             {"header name is not a token", header("X\rY: 1", "v")},
              {"header name is not a token", header("X:", "v")},
-             {"header name is not a token", header("X ", "v")},
-             {"header name is not a token", header("X;y", "")},
              {"header name is not a token", header("X\xe4", "v")},
              {"header name is too long", header(huge, "v")},
              {"value of header X contains NUL", header("X", "v\0w"s)},
              {"value of header X contains a line break", header("X", "v\r\nY: 1")},
              {"value of header X is blank", header("X", " \t")},
-             {"value of header X is too long", header("X", huge)},
-             {"value of cookie c is too long", cookie(huge)},
              {"cookie name is too long", {url, {}, {{huge, "v"}}}},
              {"request head is too long", {url, {{"X", half}}, {{"c", half}}}},
-             {"request head is too long", cookie(std::string(400'000, ' '))},
-             {"value of cookie c contains a line break", cookie("\"v\r\nY: 1\"")},
-             {"value of cookie c contains NUL", cookie("\"\0\""s)},
+             {"request head is too long", {url, {}, {{"c", std::string(400'000, ' ')}}}},
+             {"value of cookie c contains a line break",
+              {url, {}, {{"a", "fit"}, {"c", "\"v\r\nY: 1\""}}}},
              {"proxy contains NUL", plain, {}, url + "\0"s},
              {"proxy is too long", plain, {}, "http://" + huge + ":80"},
              {"part name contains a line break", plain, {{"ok", ""}, {"n\r\n", ""}}},
              {"content type of part n contains a line break", plain, {{"n", "", "a/b\nX: 1"}}},
-             {"content type of part n contains NUL", plain, {{"n", "", "a\0b"s}}},
              {"value of part n contains NUL", plain, {{"n", "v\0w"s, ""}}},
          }) {
         options.proxy = row.proxy;
@@ -394,8 +343,6 @@ TEST(RefusalTest, RefusesWhatHttpCannotCarry) {
     EXPECT_EQ(server.connections(), 0);
 }
 
-std::int64_t microseconds() { return Time::SteadyClock().Now(); }
-
 int openDescriptors() {
     int count = 0;
     for (int descriptor = 0; descriptor < 256; ++descriptor) {
@@ -405,7 +352,6 @@ int openDescriptors() {
 }
 
 TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind) {
-    constexpr auto EMPTY = ErrorCode::EmptyResponse;
     constexpr auto BROKEN = ErrorCode::InternalError;
     constexpr auto RECEIVE = ErrorCode::NetworkReceiveError;
     constexpr auto UNKNOWN = ErrorCode::UnknownError;
@@ -419,20 +365,16 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
         std::string scheme = "http";
     };
     for (auto const& [name, handler, outcomes, scheme] : std::vector<Row>{
-             {"nothing", hangUp, {EMPTY}},
+             {"nothing", hangUp, {ErrorCode::EmptyResponse}},
              {"garbage without end", endless("", "\xfe"), {ErrorCode::UnsupportedProtocol, BROKEN}},
              // Unknown where libcpr was built for a libcurl without a limit on headers.
              {"headers without end", endless(ok, "X: 1\r\n"), {BROKEN, UNKNOWN, RECEIVE}},
-             {"trailers without end",
-              endless(ok + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n", "X: 1\r\n"),
-              {BROKEN, UNKNOWN, RECEIVE}},
              {"stall in the head", endless(ok + "X: 1\r\nY"), {LATE}},
              {"stall in the handshake", endless("\x16\x03\x03\x40"), {LATE}, "https"},
              {"no handshake",
               endless("HTTP/1.1 400 Bad Request\r\n\r\n"),
               {ErrorCode::SslConnectError},
               "https"},
-             {"reset in the upload", hangUp, {ErrorCode::NetworkSendFailure, RECEIVE, EMPTY}},
          }) {
         SCOPED_TRACE(name);
         auto const before = openDescriptors();
@@ -441,10 +383,8 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
         if (outcomes.back() == LATE) {
             options.timeout = 100'000;
         }
-        auto const request = requestFor(scheme + "://" + server->authority() + "/");
-        std::string const sent(name == "reset in the upload" ? 8 << 20 : 0, 'x');
 
-        auto const response = CprHttpClient().post(request, sent, options);
+        auto const response = get(scheme + "://" + server->authority(), options);
 
         EXPECT_THAT(outcomes, ::testing::Contains(response.error.code)) << response.error.message;
         server.reset();
@@ -455,44 +395,28 @@ TEST(HostileServerTest, EndsInAValueWithinTheTimeoutAndLeavesNoDescriptorBehind)
 TEST(HostileServerTest, EndsInTimeWhileABodyDecompresses) {
     // 128 KiB of zeros. Without a limit of our own, all would be decompressed and delivered without
     // a look at the clock, as they arrive in one piece.
-    std::string const zeros(127, '\0');
-    std::vector<std::pair<std::string, std::string>> const rows = {
-        {"gzip", "\x1f\x8b\x08\0\0\0\0\0\2\3\xed\xc1\x31\1\0\0\0\xc2\xa0\xf5\x4f\xed\x61\r\xa0"s +
-                     zeros + "\x6e\xcd\xcd\xe8\x7e\0\0\2\0"s},
-        {"deflate",
-         "\x78\xda\xed\xc1\x31\1\0\0\0\xc2\xa0\xf5\x4f\xed\x61\r\xa0"s + zeros + "\x6e\0\x1e\0\1"s},
-        {"br", "\x5f\xff\xff\x81\x7f\2\x20\x1e\x0b\4\x72\xef\3\0"s},
-        {"zstd", "\x28\xb5\x2f\xfd\0\x68\x4d\0\0\x08\0\1\0\xfc\xff\x39\x10\2"s},
-    };
-    for (auto const& [coding, body] : rows) {
-        SCOPED_TRACE(coding);
-        std::vector<std::string> requests;
-        RawServer server(answering("HTTP/1.1 200 OK\r\nContent-Encoding: " + coding +
-                                       "\r\nContent-Length: " + std::to_string(body.size()) +
-                                       "\r\n\r\n" + body,
-                                   &requests));
-        auto pieces = 0;
-        auto options = patient();
-        options.timeout = 200'000;
-        options.onData = [&pieces, end = microseconds() + options.timeout](std::string const&) {
-            ++pieces;
-            while (microseconds() <= end) {
-            }
-        };
-        auto const response = get(server.url(), options);
-
-        // The libcurl of the system may lack a coding.
-        if (!requests.empty() && requests[0].find(coding) != std::string::npos) {
-            EXPECT_EQ(response.error.code, LATE) << response.error.message;
-            EXPECT_LE(pieces, 1);
+    auto const body =
+        "\x1f\x8b\x08\0\0\0\0\0\2\3\xed\xc1\x31\1\0\0\0\xc2\xa0\xf5\x4f\xed\x61\r\xa0"s +
+        std::string(127, '\0') + "\x6e\xcd\xcd\xe8\x7e\0\0\2\0"s;
+    RawServer server(answering(okWith(body, "Content-Encoding: gzip\r\n")));
+    auto options = patient();
+    options.timeout = 200'000;
+    auto const end = Time::SteadyClock().Now() + options.timeout;
+    options.onData = [end](std::string const&) {
+        while (Time::SteadyClock().Now() <= end) {
         }
-    }
+    };
+
+    auto const response = get(server.url(), options);
+
+    EXPECT_EQ(response.error.code, LATE) << response.error.message;
 }
 
 TEST(HostileServerTest, LeavesWhatArrivedBeforeAFailure) {
     RawServer server(answering("HTTP/1.1 200 OK\r\nContent-Length: 100\r\nX: 1\r\n\r\nbody"));
     auto const response = get(server.url());
     EXPECT_EQ(response.error.code, ErrorCode::InternalError);
+    EXPECT_NE(response.error.message, "");
     EXPECT_EQ(response.statusCode, 200);
     EXPECT_EQ(response.headers.at("X"), "1");
     EXPECT_EQ(response.body, "body");

@@ -43,7 +43,6 @@ extern "C" CURLcode curl_easy_setopt(CURL* handle, CURLoption option, ...) {
 }
 
 namespace Ostrel::Networking {
-namespace {
 
 TEST(RefusedOptionTest, EndsTheCallIfAPromiseStandsOnIt) {
     Testing::RawServer server(Testing::answering(Testing::EMPTY_OK));
@@ -80,5 +79,4 @@ TEST(RefusedOptionTest, DoesNotMatterIfItIsAComfort) {
     REFUSED_OPTION = NONE;
 }
 
-}  // namespace
 }  // namespace Ostrel::Networking

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "Networking/Cpr/CprHttpClient.h"
@@ -20,13 +21,12 @@ struct Operation {
 
 inline std::vector<Operation> operations() {
     return {
-        {"get", "GET", [](auto& client, auto& request, auto& o) { return client.get(request, o); }},
-        {"head", "HEAD",
-         [](auto& client, auto& request, auto& o) { return client.head(request, o); }},
+        {"get", "GET", [](auto& client, auto& r, auto& o) { return client.get(r, o); }},
+        {"head", "HEAD", [](auto& client, auto& r, auto& o) { return client.head(r, o); }},
         {"post body", "POST",
-         [](auto& client, auto& request, auto& o) { return client.post(request, BODY, o); }},
+         [](auto& client, auto& r, auto& o) { return client.post(r, BODY, o); }},
         {"post form", "POST",
-         [](auto& client, auto& request, auto& o) { return client.post(request, FORM, o); }},
+         [](auto& client, auto& r, auto& o) { return client.post(r, FORM, o); }},
     };
 }
 
@@ -35,6 +35,20 @@ inline Options patient() {
     Options options;
     options.timeout = 20'000'000;
     return options;
+}
+
+/// Follows one redirect.
+inline Options following() {
+    auto options = patient();
+    options.followRedirects = true;
+    options.maxRedirects = 1;
+    return options;
+}
+
+/// For a comparison of whole responses.
+inline auto fieldsOf(Response const& r) {
+    return std::make_tuple(r.statusCode, r.body, r.headers, r.cookies, r.error.code,
+                           r.error.message, r.statusLine, r.reason);
 }
 
 inline Request requestFor(std::string const& url) { return {url}; }

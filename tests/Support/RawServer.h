@@ -36,11 +36,11 @@ public:
             return end != std::string::npos &&
                    (length > end || text.size() >= end + 4 + std::stoul(&text[length + 18]));
         };
-        auto piece = readSome();
-        while (!piece.empty()) {
+        std::string piece;
+        do {
+            piece = readSome();
             text += piece;
-            piece = isWhole() ? "" : readSome();
-        }
+        } while (!piece.empty() && !isWhole());
         return text;
     }
 
@@ -118,7 +118,13 @@ private:
     std::thread thread_;
 };
 
-inline std::string const EMPTY_OK = "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n";
+/// A response with `body` and the given lines of its head.
+inline std::string okWith(std::string const& body, std::string const& headers = "") {
+    auto const length = "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n";
+    return "HTTP/1.1 200 OK\r\n" + headers + length + body;
+}
+
+inline std::string const EMPTY_OK = okWith("");
 inline std::string const MOVED = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: ";
 
 /// A handler that answers every request with `text`, and keeps what it read in `requests`, if that
