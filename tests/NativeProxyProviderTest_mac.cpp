@@ -1,7 +1,7 @@
+#include <array>
 #include <cstdio>
 #include <future>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,24 +12,15 @@
 namespace Ostrel::Networking {
 namespace {
 
-/// The settings as `scutil --proxy` prints them, a line "key : value" for each.
-std::map<std::string, std::string> printedSettings() {
-    auto* const output = popen("scutil --proxy", "r");
-    std::string text;
-    for (auto next = fgetc(output); next != EOF; next = fgetc(output)) {
-        text += static_cast<char>(next);
-    }
+/// The value of `key` in the settings as `scutil --proxy` prints them, "key : value" on each line.
+std::string printedSetting(std::string const& key) {
+    auto const find = "awk '$1 == \"" + key + "\" { value = $3 } END { printf \"%s\", value }'";
+    auto const command = "settings=$(scutil --proxy) && echo \"$settings\" | " + find;
+    auto* const output = popen(command.c_str(), "r");
+    std::array<char, 256> value{};
+    (void)std::fgets(value.data(), value.size(), output);
     EXPECT_EQ(pclose(output), 0);
-
-    std::map<std::string, std::string> settings;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream words(line);
-        std::string key, colon, value;
-        words >> key >> colon >> value;
-        settings[key] = value;
-    }
-    return settings;
+    return value.data();
 }
 
 /// "HOST:PORT", or a text without a host if there is no proxy for URLs with the protocol.
@@ -39,15 +30,12 @@ std::string proxyFor(std::string const& protocol) {
 }
 
 TEST(NativeProxyProviderMacTest, FindsInEachThreadWhatTheSystemPrints) {
-    struct Row {
-        std::string protocol;
-        std::string key;
-    };
-    auto settings = printedSettings();
-    for (auto const& [protocol, key] :
-         std::vector<Row>{{"http", "HTTP"}, {"https", "HTTPS"}, {"socks", "SOCKS"}}) {
+    std::map<std::string, std::string> const prefixes = {
+        {"http", "HTTP"}, {"https", "HTTPS"}, {"socks", "SOCKS"}};
+    for (auto const& [protocol, prefix] : prefixes) {
         SCOPED_TRACE(protocol);
-        auto const printed = settings[key + "Proxy"] + ":" + settings[key + "Port"];
+        auto const printed =
+            printedSetting(prefix + "Proxy") + ":" + printedSetting(prefix + "Port");
         std::vector<std::future<std::string>> found;
         for (int thread = 0; thread < 4; ++thread) {
             found.push_back(std::async(std::launch::async, proxyFor, protocol));
