@@ -18,8 +18,9 @@ namespace Ostrel::Networking {
 namespace {
 
 using namespace Testing;
-using ::testing::ElementsAre;
-using ::testing::SizeIs;
+using Testing::fieldsOf;
+using ::testing::Return;
+using ::testing::Throw;
 using ::testing::ThrowsMessage;
 
 using Client = std::shared_ptr<IHttpClient>;
@@ -31,9 +32,6 @@ constexpr auto LATE = ErrorCode::OperationTimedOut;
 std::vector<Retry> const ONE_ATTEMPT = {{7}};
 
 Options everyOption() {
-    auto const isCancelled = [] { return true; };
-    auto const onProgress = [](auto, auto) {};
-    auto const onData = [](auto const&) {};
     Options options;
     options.lowSpeedLimit = 1;
     options.lowSpeedTime = 2;
@@ -42,9 +40,9 @@ Options everyOption() {
     options.maxRedirects = 4;
     options.progressInterval = 5;
     options.proxy = "own://proxy:1";
-    options.isCancelled = isCancelled;
-    options.onProgress = onProgress;
-    options.onData = onData;
+    options.isCancelled = [] { return true; };
+    options.onProgress = [](auto, auto) {};
+    options.onData = [](auto const&) {};
     return options;
 }
 
@@ -56,25 +54,14 @@ auto fieldsOf(ScriptedClient::Call const& call) {
                            o.progressInterval, o.proxy, o.isCancelled && o.onProgress && o.onData);
 }
 
-auto fieldsOf(Response const& r) {
-    return std::make_tuple(r.statusCode, r.body, r.headers, r.cookies, r.error.code,
-                           r.error.message, r.statusLine, r.reason);
-}
-
-/// Has `proxy` for every URL.
-struct Provider : IProxyProvider {
-    explicit Provider(ProxyInfo const& answer) : proxy(answer) {}
-    [[nodiscard]] ProxyInfo getProxy(std::string const& url) const override {
-        asked.push_back(url);
-        return proxy;
-    }
-
-    ProxyInfo proxy;
-    mutable std::vector<std::string> asked;
+struct MockProvider : IProxyProvider {
+    MOCK_METHOD(ProxyInfo, getProxy, (std::string const& url), (const, override));
 };
 
 Client addProvider(NotNull<Client> const& inner) {
-    auto provider = std::make_unique<Provider>(ProxyInfo{ProxyType::Socks, "system", 2});
+    auto provider = std::make_unique<MockProvider>();
+    EXPECT_CALL(*provider, getProxy)
+        .WillRepeatedly(Return(ProxyInfo{ProxyType::Socks, "system", 2}));
     return std::make_shared<SystemProxyAdapter>(inner, std::move(provider));
 }
 
@@ -146,58 +133,45 @@ TEST(AdaptersTest, ChangeWhatIsTheirsPassOnTheRestAndRefuseAnEmptyClient) {
 }
 
 TEST(RetriesAdapterTest, RepeatsAlongThePlanAsLongAsAttemptsTimeOut) {
-    std::vector<std::pair<std::vector<ErrorCode>, std::size_t>> const rows = {
-        {{LATE}, 1},
-        {{LATE, LATE, LATE}, 3},
-        {{OK}, 3},
-        {{ErrorCode::RequestCancelled}, 2},
-        {{ErrorCode::ConnectionFailure}, 2},
-        {{ErrorCode::NotPerformed}, 2},
-        {{LATE, LATE, OK}, 3},
+    std::vector<Retry> const retries = {{0}, {100}, {200}};
+    std::vector<std::vector<ErrorCode>> const rows = {
+        {LATE, LATE, LATE},
+        {LATE, LATE, OK},
+        {OK},
+        {ErrorCode::RequestCancelled},
+        {ErrorCode::ConnectionFailure},
+        {ErrorCode::NotPerformed},
     };
-    for (auto const& [outcomes, plan] : rows) {
+    for (auto const& outcomes : rows) {
         SCOPED_TRACE(::testing::PrintToString(outcomes));
         auto const inner = std::make_shared<ScriptedClient>(outcomes);
-        std::vector<Retry> retries(plan);
-        for (std::size_t i = 1; i < plan; ++i) {
-            retries[i].timeout = static_cast<std::int64_t>(100 * i);
-        }
-        Request const request;
 
-        auto const response = addRetriesAdapter(inner, retries)->get(request, everyOption());
+        auto const response = addRetriesAdapter(inner, retries)->get({}, everyOption());
 
-        EXPECT_EQ(response.error.code, outcomes.back());
         EXPECT_EQ(response.error.message, "answer " + std::to_string(outcomes.size()));
         ASSERT_EQ(inner->calls().size(), outcomes.size());
         for (std::size_t i = 0; i < outcomes.size(); ++i) {
             auto options = everyOption();
             options.timeout = retries[i].timeout;
-            auto const& call = inner->calls()[i];
-            EXPECT_EQ(fieldsOf(call), fieldsOf({"get", request, options}));
-            EXPECT_EQ(call.requestAddress, &request) << "the request was copied";
+            EXPECT_EQ(fieldsOf(inner->calls()[i]), fieldsOf({"get", {}, options}));
         }
     }
 }
 
 TEST(RetriesAdapterTest, UsesTheClientOfAnEntryForThatEntryOnly) {
-    auto const inner = std::make_shared<ScriptedClient>(std::vector{OK});
-    auto const other = std::make_shared<ScriptedClient>(std::vector{LATE, OK});
-    EXPECT_EQ(addRetriesAdapter(inner, {{1, other}, {2}})->get({}, {}).error.code, OK);
+    auto const inner = std::make_shared<ScriptedClient>(std::vector{LATE});
+    auto const first = std::make_shared<ScriptedClient>(std::vector{LATE});
+    auto const third = std::make_shared<ScriptedClient>(std::vector{OK, OK});
+    (void)addRetriesAdapter(inner, {{1, first}, {2}, {3, third}})->get({}, {});
+    EXPECT_EQ(first->calls().at(0).options.timeout, 1);
     EXPECT_EQ(inner->calls().at(0).options.timeout, 2);
-    EXPECT_EQ(other->calls().at(0).options.timeout, 1);
-    EXPECT_EQ(RetriesAdapter(nullptr, {{1, other}}).head({}, {}).error.code, OK);
-
-    auto const late = std::make_shared<ScriptedClient>(std::vector{LATE});
-    auto const second = std::make_shared<ScriptedClient>(std::vector{OK});
-    EXPECT_EQ(addRetriesAdapter(late, {{1}, {2, second}})->get({}, {}).error.code, OK);
-    EXPECT_EQ(second->calls().at(0).options.timeout, 2);
+    EXPECT_EQ(third->calls().at(0).options.timeout, 3);
+    EXPECT_EQ(RetriesAdapter(nullptr, {{1, third}}).head({}, {}).error.code, OK);
 }
 
 TEST(RetriesAdapterTest, RefusesAnEmptyPlan) {
-    auto const inner = std::make_shared<ScriptedClient>();
-    EXPECT_THAT([&inner] { (void)addRetriesAdapter(inner, {}); },
+    EXPECT_THAT([] { (void)addRetriesAdapter(std::make_shared<ScriptedClient>(), {}); },
                 ThrowsMessage<std::runtime_error>("Empty vector of retries provided"));
-    EXPECT_EQ(inner.use_count(), 1);
 }
 
 TEST(CookieJarAdapterTest, SendsWhatTheJarHoldsForTheUrl) {
@@ -219,7 +193,7 @@ TEST(CookieJarAdapterTest, SendsWhatTheJarHoldsForTheUrl) {
 
 TEST(CookieJarAdapterTest, StoresTheCookiesOfEveryResponseUnderTheUrlOfTheRequest) {
     auto const jar = std::make_shared<CookieJar>();
-    auto const request = requestFor("http://alpha.test:81/path");
+    Request const request{Url("http://alpha.test:81/path"), {}, {{"own", "is not stored"}}};
     auto const inner = std::make_shared<ScriptedClient>();
     inner->answer(OK, {{"sid", "1"}, {"b", "2"}});
     inner->answer(LATE, {{"sid", ""}});
@@ -235,14 +209,6 @@ TEST(CookieJarAdapterTest, StoresTheCookiesOfEveryResponseUnderTheUrlOfTheReques
     }
 }
 
-TEST(CookieJarAdapterTest, StoresNothingIfTheClientThrows) {
-    auto const jar = std::make_shared<CookieJar>();
-    auto const client = addCookieJarAdapter(std::make_shared<ScriptedClient>(), jar);
-    Request const request{Url("http://alpha.test/"), {}, {{"own", "1"}}};
-    EXPECT_THROW((void)client->get(request, {}), std::logic_error);
-    EXPECT_THAT(jar->cookiesForUrl(request.url), SizeIs(0));
-}
-
 TEST(CookieJarAdapterTest, HasAJarOfItsOwnIfItGetsNone) {
     auto const inner = std::make_shared<ScriptedClient>();
     auto const one = addCookieJarAdapter(inner, nullptr);
@@ -251,8 +217,8 @@ TEST(CookieJarAdapterTest, HasAJarOfItsOwnIfItGetsNone) {
         inner->answer(OK, {{"sid", "1"}});
         (void)(*client)->get(requestFor("http://alpha.test/"), {});
     }
-    EXPECT_THAT(inner->calls().at(1).request.cookies, SizeIs(0));
-    EXPECT_THAT(inner->calls().at(2).request.cookies, SizeIs(1));
+    EXPECT_EQ(inner->calls().at(1).request.cookies.size(), 0U);
+    EXPECT_EQ(inner->calls().at(2).request.cookies.size(), 1U);
 }
 
 TEST(SystemProxyAdapterTest, PutsTheProxyOfTheSystemInPlaceOfTheCallers) {
@@ -263,27 +229,23 @@ TEST(SystemProxyAdapterTest, PutsTheProxyOfTheSystemInPlaceOfTheCallers) {
              {"https://a.test/", {ProxyType::Socks, "10.0.0.1", 65536}, "https://10.0.0.1:65536"},
              // Nothing is checked.
              {"http://a.test/", {ProxyType::Http, " H/@?", -1}, "http:// H/@?:-1"},
-             {"http://a.test/", {ProxyType::Http, "", 80}, "http://:80"},
-             {"", {ProxyType::Https, "h", 1}, "://h:1"},
+             {"", {ProxyType::Https, "", 1}, "://:1"},
              // Without a proxy, host and port mean nothing.
              {"http://a.test/", {ProxyType::None, "proxy.test", 3128}, "own://proxy:1"},
          }) {
-        auto provider = std::make_unique<Provider>(answer);
-        auto const& asked = provider->asked;
+        auto provider = std::make_unique<MockProvider>();
+        // Asked anew for every call.
+        EXPECT_CALL(*provider, getProxy(url)).Times(2).WillRepeatedly(Return(answer));
         SystemProxyAdapter const adapter(nullptr, std::move(provider));
-        EXPECT_EQ(adapter.addProxyUrlOption(everyOption(), requestFor(url)).proxy, expected);
         (void)adapter.addProxyUrlOption({}, requestFor(url));
-        EXPECT_THAT(asked, ElementsAre(url, url)) << "asked anew for every call";
+        EXPECT_EQ(adapter.addProxyUrlOption(everyOption(), requestFor(url)).proxy, expected);
     }
 }
 
 TEST(SystemProxyAdapterTest, PassesOnAnExceptionOfTheProvider) {
-    struct Failing : IProxyProvider {
-        [[nodiscard]] ProxyInfo getProxy(std::string const&) const override {
-            throw std::logic_error("no settings");
-        }
-    };
-    SystemProxyAdapter client(std::make_shared<ScriptedClient>(), std::make_unique<Failing>());
+    auto provider = std::make_unique<MockProvider>();
+    EXPECT_CALL(*provider, getProxy).WillOnce(Throw(std::logic_error("no settings")));
+    SystemProxyAdapter client(std::make_shared<ScriptedClient>(), std::move(provider));
     EXPECT_THAT([&client] { (void)client.get({}, {}); },
                 ThrowsMessage<std::logic_error>("no settings"));
 }

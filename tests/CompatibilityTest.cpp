@@ -42,24 +42,16 @@ TEST(ErrorCodeTest, ConvertsEveryOutcomeOfTheInstalledRelease) {
                 EXPECT_EQ(code != -1, isDefined) << value;
                 ++counts[static_cast<ErrorCode>(code)];
             }
-            for (int code = 0; code <= static_cast<int>(ErrorCode::TooManyRedirects); ++code) {
-                auto const count = counts[static_cast<ErrorCode>(code)];
-                switch (static_cast<ErrorCode>(code)) {
-                    case ErrorCode::InternalError:
-                        EXPECT_GT(count, 30);
-                        break;
-                    case ErrorCode::GenericSslError:
-                        EXPECT_EQ(count, 9);
-                        break;
-                    case ErrorCode::RequestCancelled:
-                        EXPECT_EQ(count, 2);
-                        break;
-                    default:
-                        EXPECT_EQ(count, 1) << code;
-                }
+            EXPECT_GT(counts[ErrorCode::InternalError], 30);
+            EXPECT_EQ(counts[ErrorCode::GenericSslError], 9);
+            EXPECT_EQ(counts[ErrorCode::RequestCancelled], 2);
+            for (int value = 0; value <= static_cast<int>(ErrorCode::TooManyRedirects); ++value) {
+                auto const code = static_cast<ErrorCode>(value);
+                auto const isGroup = code == ErrorCode::InternalError ||
+                                     code == ErrorCode::GenericSslError ||
+                                     code == ErrorCode::RequestCancelled;
+                EXPECT_EQ(counts[code] == 1, !isGroup) << value;
             }
-            EXPECT_EQ(codeOf(errorCodeOf<Outcome>, static_cast<int>(Outcome::GOT_NOTHING)),
-                      static_cast<int>(ErrorCode::EmptyResponse));
         }
     }(cpr::ErrorCode());
 }

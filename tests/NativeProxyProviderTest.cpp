@@ -60,13 +60,11 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
     auto const host = kSCPropNetProxiesHTTPSProxy;
     auto const port = kSCPropNetProxiesHTTPSPort;
     for (auto const& [url, proxy, changed, value] : std::vector<Row>{
-             {HTTP, "1 plain.test:80"},
              {HTTPS, "2 secure.test:443"},
              {SOCKS, "4 socks.test:1080"},
              // The flag counts by its presence.
              {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
              // The host is taken as it is.
-             {HTTPS, "2 :443", host, u""},
              {HTTPS, "2  Proxy.Test :443", host, u" Proxy.Test "},
              {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
@@ -76,8 +74,6 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {HTTPS, "2 secure.test:-1", port, -1},
              // Only the part before query and fragment must be of the grammar.
              {HTTP + "/?q=1/2", "1 plain.test:80"},
-             {HTTP + "?a=b=c", "1 plain.test:80"},
-             {HTTP + "?what?", "1 plain.test:80"},
              {HTTP + "/#/route", "1 plain.test:80"},
          }) {
         auto values = allEntries();
@@ -104,27 +100,19 @@ TEST_F(NativeProxyProviderTest, NeedsTheWholeEntry) {
 
 TEST_F(NativeProxyProviderTest, ServesTheSystemProxyAdapter) {
     SystemSettings::set({allEntries()});
-    auto const inner =
-        std::make_shared<Testing::ScriptedClient>(std::vector{ErrorCode::Ok, ErrorCode::Ok});
-    auto const client = addSystemProxyAdapter(inner);
-    (void)client->get({HTTP}, {});
-    (void)client->get({HTTPS}, {});
-    EXPECT_EQ(inner->calls().at(0).options.proxy, "http://plain.test:80");
-    EXPECT_EQ(inner->calls().at(1).options.proxy, "https://secure.test:443");
+    auto const inner = std::make_shared<Testing::ScriptedClient>(std::vector{ErrorCode::Ok});
+    (void)addSystemProxyAdapter(inner)->get({HTTPS}, {});
+    EXPECT_EQ(inner->calls().at(0).options.proxy, "https://secure.test:443");
 }
 
 TEST_F(NativeProxyProviderTest, LogsAnExceptionAndHasNoProxy) {
     SystemSettings settings{allEntries()};
-    auto const expectLogged = [&settings](std::string const& what) {
-        ::testing::internal::CaptureStderr();  // Where glog writes until it is initialised.
-        EXPECT_EQ(proxyFor(HTTP, settings), NONE);
-        EXPECT_THAT(::testing::internal::GetCapturedStderr(),
-                    ContainsRegex("E[^\n]* NativeProxyProvider_mac.cpp:[0-9]+. " + what + "\n$"));
-    };
-    settings.onCopy = [] { throw std::runtime_error(": full"); };
-    expectLogged("Error getting system proxy: full");
-    settings.onCopy = [] { throw std::bad_alloc(); };
-    expectLogged("Error getting system proxystd::bad_alloc");
+    settings.onCopy = [] { throw std::logic_error(": full"); };
+    ::testing::internal::CaptureStderr();  // Where glog writes until it is initialised.
+    EXPECT_EQ(proxyFor(HTTP, settings), NONE);
+    EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+                ContainsRegex("E[^\n]* NativeProxyProvider_mac.cpp:[0-9]+. "
+                              "Error getting system proxy: full\n$"));
 
     NativeProxyProvider const provider;
     auto const longUrl = HTTP + "/" + std::string(100, 'x');
