@@ -66,7 +66,7 @@ TEST_F(NativeProxyProviderTest, TakesTheEntryOfTheProtocol) {
              {HTTP, "1 plain.test:80", kSCPropNetProxiesHTTPEnable, 0},
              // The host is taken as it is.
              {HTTPS, "2  Proxy.Test :443", host, u" Proxy.Test "},
-             {HTTPS, "2 a:443", host, std::u16string(u"a\0b", 3)},
+             {HTTPS, "2 :443", host, std::u16string(u"\0b", 2)},
              // Longer in UTF-8 than in UTF-16, not to be converted, no text.
              {HTTPS, NONE, host, u"pr\u00f6xy.test"},
              {HTTPS, NONE, host, u"proxy\xd800.test"},
