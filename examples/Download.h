@@ -1,6 +1,5 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -9,24 +8,17 @@
 
 #include <Networking/IHttpClient.h>
 
+#include "examples/DownloadJob.h"
+
 namespace Recipes {
 
 using namespace Ostrel::Networking;
 
 // [snippet]
-/// What a window sets and shows while another thread downloads. Sizes are in bytes.
-struct Download {
-    std::uintmax_t maxSize = UINTMAX_MAX;
-    std::atomic<bool> isCancelled{false};
-    std::atomic<std::uintmax_t> received{0};  // With what earlier calls received.
-    std::atomic<std::uintmax_t> total{0};     // 0 if it is not known.
-    Response response = {};                   // The last one. Read it after the call.
-};
-
 /// Downloads a file to `target`, which appears when it is complete. Returns whether it is; if not,
 /// the next such call continues. `options.timeout` limits only the HEAD that is sent first.
 inline bool download(IHttpClient& client, Request request, Options options,
-                     std::string const& target, Download& job) {
+                     std::string const& target, DownloadJob& job) {
     auto const part = target + ".part", record = target + ".etag";
     std::string tag;
     std::uintmax_t offset = 0;  // So many bytes of the part belong to the version `tag`.

@@ -1,15 +1,13 @@
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <iomanip>
 #include <mutex>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include <Networking/CookieJar/CookieJar.h>
+
+#include "examples/CookieFile.h"
 
 namespace Recipes {
 
@@ -20,11 +18,7 @@ using namespace Ostrel::Networking;
 class FileCookieJar final : public ICookieJar {
 public:
     explicit FileCookieJar(std::string const& file) : file_(file) {
-        std::ifstream in(file, std::ios::binary);
-        std::string host;
-        Cookie cookie;
-        while (in >> std::quoted(host) >> std::quoted(cookie.name) >> std::quoted(cookie.value)) {
-            cookie.url.setHost(host);  // The jar uses nothing else of the URL.
+        for (auto const& cookie : readCookies(file)) {
             jar_.insertCookie(cookie);
         }
     }
@@ -44,20 +38,9 @@ public:
     }
 
 private:
-    /// On failure, for instance on a full disk, the old file and the cookies in memory are kept.
     void save() {
         std::lock_guard const lock(mutex_);
-        auto const partial = file_ + ".part";
-        std::ofstream out(partial, std::ios::binary);
-        std::error_code error;
-        std::filesystem::permissions(partial, std::filesystem::perms(0600), error);
-        for (auto const& [name, value, url] : jar_.cookiesForUrl(Url())) {  // No host selects all.
-            out << std::quoted(url.host()) << std::quoted(name) << std::quoted(value) << '\n';
-        }
-        out.close();
-        if (out && !error) {
-            std::filesystem::rename(partial, file_, error);  // Replaces the old file in one step.
-        }
+        writeCookies(file_, jar_.cookiesForUrl(Url()));  // No host selects all.
     }
 
     std::string file_;

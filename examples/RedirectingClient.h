@@ -26,20 +26,16 @@ public:
     }
     Response post(Request const& request, std::string const& body,
                   Options const& options) override {
-        return follow(request, options, posting(body), &IHttpClient::get);
+        auto const send = [&](auto& to, auto& r, auto& with) { return to.post(r, body, with); };
+        return follow(request, options, send, &IHttpClient::get);
     }
     Response post(Request const& request, MultiPart const& form, Options const& options) override {
-        return follow(request, options, posting(form), &IHttpClient::get);
+        auto const send = [&](auto& to, auto& r, auto& with) { return to.post(r, form, with); };
+        return follow(request, options, send, &IHttpClient::get);
     }
 
 private:
     using Send = std::function<Response(IHttpClient&, Request const&, Options const&)>;
-
-    template <typename Body>
-    static Send posting(Body const& body) {
-        return [&body](auto& to, auto& sent, auto& with) { return to.post(sent, body, with); };
-    }
-
     Response follow(Request request, Options options, Send send, Send const& afterwards) {
         options.followRedirects = false;
         auto response = send(*client_, request, options);

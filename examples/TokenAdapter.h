@@ -4,7 +4,6 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <utility>
 
 #include <Networking/Adapters/ClientAdapter.h>
 
@@ -13,34 +12,31 @@ namespace Recipes {
 using namespace Ostrel::Networking;
 
 // [snippet]
-/// Sends a bearer token to one server. If the server answers 401, gets a new token and repeats the
-/// call, once.
+/// Sends a bearer token to one server. After a 401, gets a new token and repeats the call once.
 class TokenAdapter final : public ClientAdapter {
 public:
     /// Only URLs with the protocol, host and port of `server` get the token. `refresh` returns a
     /// new token, also if `token` is empty; an empty one if it fails. It must not use this adapter.
     TokenAdapter(std::shared_ptr<IHttpClient> const& client, Url const& server,
-                 std::string const& token, std::function<std::string()> refresh)
-        : ClientAdapter(client), server_(server), refresh_(std::move(refresh)), token_(token) {}
+                 std::string const& token, std::function<std::string()> const& refresh)
+        : ClientAdapter(client), server_(server), refresh_(refresh), token_(token) {}
 
 private:
     Response perform(Request const& request, Options const& options,
                      Operation const& operation) override {
-        auto const& url = request.url;
-        if (url.protocol() != server_.protocol() || url.host() != server_.host() ||
-            url.port() != server_.port()) {
+        if (request.url.protocol() != server_.protocol() || request.url.host() != server_.host() ||
+            request.url.port() != server_.port()) {
             return operation(client(), request, options);
         }
         auto sent = request;
         auto const token = tokenOtherThan("");
         sent.headers["Authorization"] = "Bearer " + token;
         auto response = operation(client(), sent, options);
-        if (response.error.code == ErrorCode::Ok && response.statusCode == 401 && !token.empty()) {
-            auto const fresh = tokenOtherThan(token);
-            if (!fresh.empty()) {
-                sent.headers["Authorization"] = "Bearer " + fresh;
-                response = operation(client(), sent, options);
-            }
+        auto const isRefused = response.error.code == ErrorCode::Ok && response.statusCode == 401;
+        auto const fresh = isRefused && !token.empty() ? tokenOtherThan(token) : "";
+        if (!fresh.empty()) {
+            sent.headers["Authorization"] = "Bearer " + fresh;
+            response = operation(client(), sent, options);
         }
         return response;
     }

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <memory>
 #include <random>
 #include <thread>
-#include <utility>
 
 #include <Networking/Adapters/ClientAdapter.h>
+
+#include "examples/RetryAfter.h"
 
 namespace Recipes {
 
@@ -33,12 +33,12 @@ private:
         for (int attempt = 1;; ++attempt) {
             auto response = operation(client(), request, options);
             auto const asked = retryAfter(response);
-            if (attempt >= attempts_ || !isTemporary(response) || asked > longest_) {
+            if (attempt >= attempts_ || !asked || *asked > longest_) {
                 return response;
             }
             // Half of it by chance, so that clients that failed together do not return together.
             std::uniform_int_distribution<Time::rep> chance(pause.count() / 2, pause.count());
-            for (auto left = asked + Time(chance(random)); left > Time(0); left -= Time(50)) {
+            for (auto left = *asked + Time(chance(random)); left > Time(0); left -= Time(50)) {
                 if (options.isCancelled && options.isCancelled()) {
                     response.error.code = ErrorCode::RequestCancelled;
                     return response;
@@ -47,18 +47,6 @@ private:
             }
             pause = std::min(2 * pause, longest_);
         }
-    }
-    static bool isTemporary(Response const& response) {
-        auto const [code, status] = std::pair(response.error.code, response.statusCode);
-        auto const isUnsent =
-            code == ErrorCode::ConnectionFailure || code == ErrorCode::HostResolutionFailure;
-        // With a status, it is the target of a redirect that the request did not reach.
-        return isUnsent ? status == 0 : code == ErrorCode::Ok && (status == 429 || status == 503);
-    }
-    static std::chrono::seconds retryAfter(Response const& response) {
-        auto const found = response.headers.find("Retry-After");  // A date counts as 0 seconds.
-        auto const text = found == response.headers.end() ? "" : found->second.c_str();
-        return std::chrono::seconds(std::clamp(std::strtoll(text, nullptr, 10), 0LL, 1'000'000LL));
     }
 
     int attempts_;

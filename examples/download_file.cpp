@@ -14,7 +14,7 @@ using namespace Recipes;
 
 namespace {
 
-Download JOB;
+DownloadJob JOB;
 
 // [snippet]
 Options downloadOptions() {

@@ -50,7 +50,7 @@ std::string rest(char version, int begin, int end = 3000, int missing = 0) {
     return answer("206 Part\r\nContent-Range: " + range, version, begin, end, missing);
 }
 
-bool fetch(std::string const& url, std::string const& file, Download& job) {
+bool fetch(std::string const& url, std::string const& file, DownloadJob& job) {
     Options options;
     options.timeout = 20'000'000;
     options.followRedirects = true;
@@ -109,7 +109,7 @@ TEST(DownloadRecipe, ContinuesOnlyWhatBelongsTogether) {
         for (auto const& each : calls) {
             SCOPED_TRACE(each.range);
             call = &each;
-            Download job;
+            DownloadJob job;
             EXPECT_EQ(fetch(server.url(), folder / "file", job), call == &calls.back());
             EXPECT_EQ(std::filesystem::exists(folder / "file"), call == &calls.back());
             EXPECT_EQ(request.find("If-Range: \"a\"\r\n") == std::string::npos, each.range.empty());
@@ -126,11 +126,11 @@ TEST(DownloadRecipe, ContinuesOnlyWhatBelongsTogether) {
 TEST(DownloadRecipe, EndsAboveItsLimitAndWhenCancelled) {
     Folder const folder;
     RawServer server(endless("HTTP/1.1 200 OK\r\n\r\n", "12345678"));
-    Download limited;
+    DownloadJob limited;
     limited.maxSize = 50'000;
     EXPECT_FALSE(fetch(server.url(), folder / "file", limited));
     EXPECT_LT(limited.received, 200'000U);
-    Download cancelled;
+    DownloadJob cancelled;
     cancelled.isCancelled = true;
     EXPECT_FALSE(fetch(server.url(), folder / "file", cancelled));
     EXPECT_EQ(cancelled.response.error.code, ErrorCode::RequestCancelled);
@@ -146,7 +146,7 @@ TEST(DownloadRecipe, LimitsTheTimeOfTheHeadOnly) {
     client.answer(ErrorCode::ConnectionFailure);
     Options options;
     options.timeout = 5;
-    Download job;
+    DownloadJob job;
     EXPECT_FALSE(download(client, {}, options, folder / "file", job));
     EXPECT_EQ(client.calls().at(0).options.timeout, 5);
     EXPECT_EQ(client.calls().at(1).options.timeout, 0);
