@@ -3,7 +3,6 @@
 #include <atomic>
 #include <filesystem>
 #include <future>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -34,7 +33,6 @@ TEST(SessionRecipes, SendCookiesExactlyAsTheServerSetThem) {
         EXPECT_EQ(run("stored_cookies", {url, file}).status, 0);
         EXPECT_EQ(run("stored_cookies", {url, file}).status, 0);
     }
-
     ASSERT_EQ(requests.size(), 6U);
     for (auto const second : {1U, 3U, 5U}) {
         EXPECT_THAT(requests[second],
@@ -50,7 +48,6 @@ TEST(HostCookieJarRecipe, KeepsCookiesOnTheirHostAndProtocol) {
     for (auto const& url : urls) {
         jar.insertCookie({"t_id", url, url});
     }
-
     for (auto const& url : urls) {
         auto const cookies = jar.cookiesForUrl(url + "/path");
         ASSERT_EQ(cookies.size(), 1U) << url;
@@ -59,12 +56,12 @@ TEST(HostCookieJarRecipe, KeepsCookiesOnTheirHostAndProtocol) {
 }
 
 TEST(TokenAdapterRecipe, RefreshesOnceForAllThreads) {
-    constexpr auto THREADS = 8;
-    std::atomic<int> stale = 0;
+    std::vector<std::future<Response>> calls(8);
+    std::atomic<std::size_t> stale = 0;
     LocalServer server([&](auto const& request, auto& response) {
         auto const isFresh = request.get_header_value("Authorization") == "Bearer fresh 1";
         response.status = isFresh ? 200 : 401;
-        if (!isFresh && ++stale < THREADS) {
+        if (!isFresh && ++stale < calls.size()) {
             server.stall();  // Until all threads have sent the stale token.
         }
         server.release();
@@ -72,11 +69,9 @@ TEST(TokenAdapterRecipe, RefreshesOnceForAllThreads) {
     std::atomic<int> refreshes = 0;
     auto const refresh = [&] { return "fresh " + std::to_string(++refreshes); };
     TokenAdapter client(createHttpClient(HttpClientType::Cpr), server.url(), "stale", refresh);
-    std::vector<std::future<Response>> calls(THREADS);
     for (auto& call : calls) {
         call = std::async(std::launch::async, [&] { return client.get({server.url()}, {}); });
     }
-
     for (auto& call : calls) {
         EXPECT_EQ(call.get().statusCode, 200);
     }
@@ -85,17 +80,17 @@ TEST(TokenAdapterRecipe, RefreshesOnceForAllThreads) {
 
 TEST(TokenAdapterRecipe, RepeatsACallOnceAndOnlyForItsOwnServer) {
     LocalServer const server([](auto const&, auto& response) { response.status = 401; });
-    std::shared_ptr<IHttpClient> const direct = createHttpClient(HttpClientType::Cpr);
-    auto const refresh = [] { return "new"; };
-
-    (void)TokenAdapter(direct, server.url(), "old", refresh).get({server.url()}, {});
-    (void)TokenAdapter(direct, server.url(), "old", [] { return ""; }).get({server.url()}, {});
+    auto const get = [&server](std::string const& own, std::string const& fresh) {
+        TokenAdapter client(createHttpClient(HttpClientType::Cpr), own, "old",
+                            [=] { return fresh; });
+        (void)client.get({server.url()}, {});
+    };
     auto const port = std::to_string(server.port());
-    std::vector<std::string> const others{"http://a.test:" + port, "https://127.0.0.1:" + port,
-                                          "http://127.0.0.1:1"};
-    for (auto const& other : others) {
-        (void)TokenAdapter(direct, other, "old", refresh).get({server.url()}, {});
-    }
+    get(server.url(), "new");
+    get(server.url(), "");
+    get("http://a.test:" + port, "new");
+    get("https://127.0.0.1:" + port, "new");
+    get("http://127.0.0.1:1", "new");
 
     std::vector<std::string> tokens;
     for (auto const& request : server.requests()) {
