@@ -21,7 +21,7 @@ enum class ErrorCode : std::int32_t {
     NetworkReceiveError = 6,         ///< Failure while receiving.
     NetworkSendFailure = 7,          ///< Failure while sending.
     OperationTimedOut = 8,           ///< Time limit reached, or too slow for too long.
-    ProxyResolutionFailure = 9,      ///< The proxy's name could not be resolved.
+    ProxyResolutionFailure = 9,      ///< The proxy's name could not be resolved, or is none.
     SslConnectError = 10,            ///< The TLS handshake failed.
     SslLocalCertificateError = 11,   ///< Problem with the local client certificate.
     SslRemoteCertificateError = 12,  ///< The peer's certificate was not accepted.
@@ -54,8 +54,9 @@ struct Response {
 
     /// Decompressed. Empty if `Options::onData` received it.
     ///
-    /// After `ErrorCode::Ok` it has, as transferred, the announced length. A body without one ends
-    /// with the connection, and the end of a compressed body is not checked: both may be cut short.
+    /// After `ErrorCode::Ok` it has, as transferred, the announced length, except after a HEAD. A
+    /// body without one ends with the connection, and the end of a compressed body is not checked:
+    /// both may be cut short.
     std::string body;
 
     /// Headers of the last response received, name to value. If a name repeats, the first value is

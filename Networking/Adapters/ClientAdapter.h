@@ -11,7 +11,7 @@ namespace Ostrel::Networking {
 
 /// Base of the adapters, each of which adds one behaviour to an inner client. Routes all four
 /// operations through `perform`, so that the behaviour is written once. The smallest example is
-/// docs/cookbook, "Log and time every call".
+/// docs/cookbook/requests.md, "Log and time every call".
 ///
 /// Shares ownership of the inner client, and throws what it throws. This base does not change after
 /// construction; a subclass synchronises its own state.
