@@ -19,6 +19,7 @@ public:
     /// The user info of a URL, before "@". Not encoded when it is sent: percent-encode "@", "/",
     /// "#" and the like.
     struct UserInfo {
+        /// Before ":", if there is a password.
         std::string user;
         /// Empty if there is none; a URL with a password but no user is not valid.
         std::string password;
@@ -49,8 +50,9 @@ public:
 
     /// Without "://".
     [[nodiscard]] std::string protocol() const;
-    /// Before "@"; not decoded.
+    /// User and password, before "@"; not decoded.
     [[nodiscard]] UserInfo userInfo() const;
+    /// Without user info and port.
     [[nodiscard]] std::string host() const;
     /// As text, without ":"; its range is not checked.
     [[nodiscard]] std::string port() const;
