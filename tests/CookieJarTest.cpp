@@ -2,15 +2,12 @@
 
 #include <future>
 #include <map>
-#include <new>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
-
-#include "tests/Support/FailingAllocation.h"
 
 namespace Ostrel::Networking {
 namespace {
@@ -57,33 +54,6 @@ TEST(CookieJarTest, AgreesWithAMapThatIsSearchedWhole) {
             ASSERT_EQ(textOf(jar.cookiesForUrl(cookie.url)), textOf(expected));
         }
     }
-}
-
-TEST(CookieJarTest, KeepsAWholeCookieIfMemoryRunsOut) {
-    auto const cookieOf = [](char letter) {
-        std::string const text(100, letter);  // Too long to be stored without an allocation.
-        Cookie cookie{"id", text, urlOf("host")};
-        cookie.url.setPath(text);
-        return cookie;
-    };
-    auto const oldCookie = cookieOf('o');
-    auto const newCookie = cookieOf('n');
-    auto failures = 0;
-    auto isStored = false;
-    while (!isStored) {
-        CookieJar jar;
-        jar.insertCookie(oldCookie);
-        try {
-            Testing::FailingAllocation const failing(failures);
-            jar.insertCookie(newCookie);
-            isStored = true;
-        } catch (std::bad_alloc const&) {
-            ++failures;
-        }
-        auto const& expected = isStored ? newCookie : oldCookie;
-        EXPECT_EQ(textOf(jar.cookiesForUrl(urlOf("host"))), textOf({expected}));
-    }
-    EXPECT_GT(failures, 1);
 }
 
 TEST(CookieJarTest, ServesSeveralThreads) {

@@ -11,7 +11,6 @@
 
 #include "Networking/AddAdapter.h"
 #include "platform/SystemSettings.h"
-#include "tests/Support/FailingAllocation.h"
 #include "tests/Support/ScriptedClient.h"
 
 namespace Ostrel::Networking {
@@ -114,13 +113,6 @@ TEST_F(NativeProxyProviderTest, LogsAnExceptionAndHasNoProxy) {
                 ContainsRegex("E[^\n]* NativeProxyProvider_mac.cpp:[0-9]+. "
                               "Error getting system proxy: full\n$"));
 
-    NativeProxyProvider const provider;
-    auto const longUrl = HTTP + "/" + std::string(100, 'x');
-    {
-        Testing::FailingAllocation const failing(0);
-        EXPECT_THROW((void)provider.getProxy(longUrl), std::bad_alloc)
-            << "reading the URL is not reading the settings";
-    }
     auto const before = SnapshotCount::current();
     settings.onCopy = [] { throw 42; };
     EXPECT_THROW((void)proxyFor(HTTP, settings), int);

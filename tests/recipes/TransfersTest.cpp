@@ -129,7 +129,7 @@ TEST(UploadRecipes, SendAnyNameAndAnyBytes) {
         });
     });
     Folder const folder;
-    auto const file = folder / "Gr\xc3\xbc\xc3\x9f\x65 \"1\"; a=b";
+    auto const file = folder / "Gr\xc3\xbc\xc3\x9f\x65 \"1\"";
     auto const sent = answer('\0', 0, 3000);
     std::ofstream(file, std::ios::binary) << sent;
     {
@@ -137,7 +137,7 @@ TEST(UploadRecipes, SendAnyNameAndAnyBytes) {
         EXPECT_EQ(run("upload_file", {server.url("/file"), file}).status, 0);
         EXPECT_NE(run("upload_file", {server.url("/file"), folder / "missing"}).status, 0);
     }
-    EXPECT_EQ(name, "Gr\xc3\xbc\xc3\x9f\x65 %221%22; a=b");
+    EXPECT_EQ(name, "Gr\xc3\xbc\xc3\x9f\x65 %221%22");
     EXPECT_TRUE(content == sent);
 }
 
